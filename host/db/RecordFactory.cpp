@@ -1,0 +1,172 @@
+// Default tag layouts follow what current DXF writers produce for each record.
+#include "db/RecordFactory.h"
+
+#include <vector>
+
+#include "db/RecordTags.h"
+#include "db/TextCase.h"
+
+namespace korva::db {
+
+namespace {
+
+// Subclass marker of each table's records, and the table's own defaults.
+struct TableLayout {
+    std::string_view table;
+    std::string_view recordMarker;
+};
+
+constexpr TableLayout kTableLayouts[] = {
+    {"VPORT", "AcDbViewportTableRecord"}, {"LTYPE", "AcDbLinetypeTableRecord"},
+    {"LAYER", "AcDbLayerTableRecord"},    {"STYLE", "AcDbTextStyleTableRecord"},
+    {"VIEW", "AcDbViewTableRecord"},      {"UCS", "AcDbUCSTableRecord"},
+    {"APPID", "AcDbRegAppTableRecord"},   {"DIMSTYLE", "AcDbDimStyleTableRecord"},
+    {"BLOCK_RECORD", "AcDbBlockTableRecord"},
+};
+
+std::string_view recordMarkerOf(std::string_view table) {
+    for (const TableLayout& layout : kTableLayouts) {
+        if (namesEqual(layout.table, table)) return layout.recordMarker;
+    }
+    return {};
+}
+
+// Tags of a new record of each table after its name: the values a new record gets.
+void appendRecordDefaults(std::string_view table, std::vector<Tag>& tags) {
+    const std::string upper = asciiUpper(table);
+    tags.push_back(Tag::integerValue(70, 0));
+    if (upper == "LAYER") {
+        tags.push_back(Tag::integerValue(62, 7));
+        tags.push_back(Tag::string(6, "Continuous"));
+        tags.push_back(Tag::integerValue(370, -3));
+    } else if (upper == "LTYPE") {
+        tags.push_back(Tag::string(3, ""));
+        tags.push_back(Tag::integerValue(72, 65));
+        tags.push_back(Tag::integerValue(73, 0));
+        tags.push_back(Tag::real(40, 0.0));
+    } else if (upper == "STYLE") {
+        tags.push_back(Tag::real(40, 0.0));
+        tags.push_back(Tag::real(41, 1.0));
+        tags.push_back(Tag::real(50, 0.0));
+        tags.push_back(Tag::integerValue(71, 0));
+        tags.push_back(Tag::real(42, 2.5));
+        tags.push_back(Tag::string(3, "txt"));
+        tags.push_back(Tag::string(4, ""));
+    } else if (upper == "BLOCK_RECORD") {
+        tags.pop_back();  // block records carry their flags on the BLOCK entity
+        tags.push_back(Tag::handle(340, 0));
+        tags.push_back(Tag::integerValue(70, 0));
+        tags.push_back(Tag::integerValue(280, 1));
+        tags.push_back(Tag::integerValue(281, 0));
+    }
+}
+
+// Files before AC1012 have no subclass markers, owners, application groups or
+// lineweights: records made for such a drawing get the tags its files hold.
+TagList finishTags(const Drawing& drawing, const std::vector<Tag>& tags) {
+    if (drawing.versionNumber() >= 1012) return TagList::encode(tags);
+    std::vector<Tag> legacy;
+    for (const Tag& tag : tags) {
+        if (tag.code == 100 || tag.code == 330 || tag.code == 360 || tag.code == 370 || tag.code == 102) continue;
+        legacy.push_back(tag);
+    }
+    return TagList::encode(legacy);
+}
+
+}  // namespace
+
+void assignNewHandle(Drawing& drawing, ObjectRecord& record) {
+    const Handle handle = drawing.allocateHandle();
+    writeOwnHandle(record, handle);
+    drawing.indexHandle(record, handle);
+}
+
+SymbolTable& ensureTable(Drawing& drawing, std::string_view tableName) {
+    if (SymbolTable* existing = drawing.table(tableName)) return *existing;
+    ObjectRecord& head = drawing.createRecord(Type::Table, RecordKind::TableHead);
+    const Handle handle = drawing.allocateHandle();
+    std::vector<Tag> tags{Tag::string(2, asciiUpper(tableName)), Tag::handle(5, handle), Tag::handle(330, 0),
+                          Tag::string(100, "AcDbSymbolTable"), Tag::integerValue(70, 0)};
+    head.tags = finishTags(drawing, tags);
+    drawing.indexHandle(head, handle);
+    SymbolTable table;
+    table.name = asciiUpper(tableName);
+    table.head = &head;
+    drawing.tables.push_back(std::move(table));
+    return drawing.tables.back();
+}
+
+ObjectRecord& createTableRecord(Drawing& drawing, std::string_view tableName, std::string_view name) {
+    SymbolTable& table = ensureTable(drawing, tableName);
+    const TypeId type = typeIdOf(asciiUpper(tableName) == "BLOCK_RECORD" ? "BLOCK_RECORD" : asciiUpper(tableName));
+    ObjectRecord& record = drawing.createRecord(type, RecordKind::TableRecord);
+    const Handle handle = drawing.allocateHandle();
+    std::vector<Tag> tags{Tag::handle(handleCodeOf(type), handle), Tag::handle(330, table.head ? table.head->handle : 0),
+                          Tag::string(100, "AcDbSymbolTableRecord")};
+    if (std::string_view marker = recordMarkerOf(tableName); !marker.empty()) tags.push_back(Tag::string(100, marker));
+    tags.push_back(Tag::string(2, name));
+    appendRecordDefaults(tableName, tags);
+    record.tags = finishTags(drawing, tags);
+    record.owner = table.head;
+    drawing.indexHandle(record, handle);
+    table.records.push_back(&record);
+    table.invalidateIndex();
+    return record;
+}
+
+void ensureBlockEnds(Drawing& drawing, ObjectRecord& blockRecord) {
+    Container& c = blockRecord.ensureContainer();
+    const std::string name(recordName(blockRecord));
+    const bool paper = name.size() >= 12 && namesEqual(std::string_view(name).substr(0, 12), "*Paper_Space");
+    if (!c.begin) {
+        ObjectRecord& begin = drawing.createRecord(Type::BlockBegin, RecordKind::BlockBegin);
+        const Handle handle = drawing.allocateHandle();
+        std::vector<Tag> tags{Tag::handle(5, handle), Tag::handle(330, blockRecord.handle),
+                              Tag::string(100, "AcDbEntity")};
+        if (paper) tags.push_back(Tag::integerValue(67, 1));
+        tags.push_back(Tag::string(8, "0"));
+        tags.push_back(Tag::string(100, "AcDbBlockBegin"));
+        tags.push_back(Tag::string(2, name));
+        tags.push_back(Tag::integerValue(70, 0));
+        tags.push_back(Tag::point(10, KcGePoint3d::kOrigin));
+        tags.push_back(Tag::string(3, name));
+        tags.push_back(Tag::string(1, ""));
+        begin.tags = finishTags(drawing, tags);
+        begin.owner = &blockRecord;
+        drawing.indexHandle(begin, handle);
+        c.begin = &begin;
+    }
+    if (!c.end) {
+        ObjectRecord& end = drawing.createRecord(Type::BlockEnd, RecordKind::BlockEnd);
+        const Handle handle = drawing.allocateHandle();
+        std::vector<Tag> tags{Tag::handle(5, handle), Tag::handle(330, blockRecord.handle),
+                              Tag::string(100, "AcDbEntity")};
+        if (paper) tags.push_back(Tag::integerValue(67, 1));
+        tags.push_back(Tag::string(8, "0"));
+        tags.push_back(Tag::string(100, "AcDbBlockEnd"));
+        end.tags = finishTags(drawing, tags);
+        end.owner = &blockRecord;
+        drawing.indexHandle(end, handle);
+        c.end = &end;
+    }
+}
+
+ObjectRecord& createBlock(Drawing& drawing, std::string_view name) {
+    ObjectRecord& record = createTableRecord(drawing, "BLOCK_RECORD", name);
+    ensureBlockEnds(drawing, record);
+    drawing.blockOrder.push_back(&record);
+    return record;
+}
+
+ObjectRecord& createObject(Drawing& drawing, TypeId type, ObjectRecord* owner) {
+    ObjectRecord& record = drawing.createRecord(type, RecordKind::Object);
+    const Handle handle = drawing.allocateHandle();
+    std::vector<Tag> tags{Tag::handle(5, handle), Tag::handle(330, owner ? owner->handle : 0)};
+    record.tags = TagList::encode(tags);
+    record.owner = owner;
+    drawing.indexHandle(record, handle);
+    drawing.objects.push_back(&record);
+    return record;
+}
+
+}  // namespace korva::db
