@@ -211,6 +211,9 @@ private:
             const bool hasTag = readOwnerHandle(r, tagged);
             if (hasTag && tagged == r.owner->handle) return;
             if (!hasTag && !hasSubclassMarkers(r.tags)) return;  // a record written without owners
+            // Some writers give attributes, vertices and SEQENDs the block of their
+            // INSERT or POLYLINE as owner; the structure says who owns them, so keep the file's tag.
+            if (hasTag && r.owner->owner && tagged == r.owner->owner->handle) return;
             writeOwnerHandle(r, r.owner->handle);
             if (hasTag) {
                 report_.add("broken-owner-link", describe(r) + " named the wrong owner; it now names " + describe(*r.owner) + ".");
