@@ -17,6 +17,8 @@
 #include "db/ObjectRecord.h"
 #include "db/SymbolTable.h"
 
+class KcDbDatabase;
+
 namespace korva::db {
 
 // What a drawing was read from, and so what it is saved as unless told otherwise.
@@ -42,6 +44,9 @@ public:
     // Every live drawing has a serial number; entity names carry it.
     uint32_t serial() const { return serial_; }
     static Drawing* bySerial(uint32_t serial);
+
+    // The API object that owns this drawing, when there is one.
+    KcDbDatabase* database = nullptr;
 
     // --- record store -------------------------------------------------------
     ObjectRecord& createRecord(TypeId type, RecordKind kind);

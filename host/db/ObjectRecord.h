@@ -35,6 +35,9 @@ struct Container {
     std::vector<ObjectRecord*> members;
     ObjectRecord* begin = nullptr;  // BLOCK of a block record
     ObjectRecord* end = nullptr;    // ENDBLK of a block record, SEQEND of a complex entity
+    // Sub-records of a new entity not yet in a drawing (attributes or vertices of an
+    // explode part); members and end point at them until the entity is added.
+    std::vector<std::unique_ptr<ObjectRecord>> pending;
 };
 
 class ObjectRecord {

@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "db/EntitySchema.h"
 #include "db/RecordTags.h"
 #include "db/TextCase.h"
 
@@ -116,8 +117,14 @@ ObjectRecord& createTableRecord(Drawing& drawing, std::string_view tableName, st
 
 void ensureBlockEnds(Drawing& drawing, ObjectRecord& blockRecord) {
     Container& c = blockRecord.ensureContainer();
-    const std::string name(recordName(blockRecord));
+    std::string name(recordName(blockRecord));
     const bool paper = name.size() >= 12 && namesEqual(std::string_view(name).substr(0, 12), "*Paper_Space");
+    // Files before AC1012 name the layout blocks "$MODEL_SPACE" and "$PAPER_SPACE".
+    if (drawing.versionNumber() < 1012 && (&blockRecord == drawing.modelSpace() || namesEqual(name, "*Model_Space"))) {
+        name = "$MODEL_SPACE";
+    } else if (drawing.versionNumber() < 1012 && paper) {
+        name = "$PAPER_SPACE";
+    }
     if (!c.begin) {
         ObjectRecord& begin = drawing.createRecord(Type::BlockBegin, RecordKind::BlockBegin);
         const Handle handle = drawing.allocateHandle();
@@ -167,6 +174,59 @@ ObjectRecord& createObject(Drawing& drawing, TypeId type, ObjectRecord* owner) {
     drawing.indexHandle(record, handle);
     drawing.objects.push_back(&record);
     return record;
+}
+
+}  // namespace korva::db
+
+namespace korva::db {
+
+TagList newObjectTags(TypeId type) {
+    std::vector<Tag> tags;
+    if (isEntityType(type) || type == Type::SeqEnd) {
+        tags.push_back(Tag::string(100, "AcDbEntity"));
+        tags.push_back(Tag::string(8, ""));  // the current layer, filled in when the entity is added
+        if (const TypeSpec* spec = entitySpec(type)) {
+            for (const SubclassSpec& sub : spec->subclasses) {
+                tags.push_back(Tag::string(100, sub.marker));
+                for (const FieldSpec& field : sub.fields) {
+                    if (!field.optional()) tags.push_back(field.defaultTag());
+                }
+            }
+        }
+        return TagList::encode(tags);
+    }
+    if (isSymbolTableRecordType(type)) {
+        const std::string table(typeName(type));
+        tags.push_back(Tag::string(100, "AcDbSymbolTableRecord"));
+        if (std::string_view marker = recordMarkerOf(table); !marker.empty()) tags.push_back(Tag::string(100, marker));
+        tags.push_back(Tag::string(2, ""));
+        appendRecordDefaults(table, tags);
+        return TagList::encode(tags);
+    }
+    switch (type) {
+        case Type::Dictionary:
+            tags = {Tag::string(100, "AcDbDictionary"), Tag::integerValue(281, 1)};
+            break;
+        case Type::Xrecord:
+            tags = {Tag::string(100, "AcDbXrecord"), Tag::integerValue(280, 1)};
+            break;
+        case Type::Group:
+            tags = {Tag::string(100, "AcDbGroup"), Tag::string(300, ""), Tag::integerValue(70, 0),
+                    Tag::integerValue(71, 1)};
+            break;
+        case Type::Scale:
+            tags = {Tag::string(100, "AcDbScale"), Tag::integerValue(70, 0), Tag::string(300, ""),
+                    Tag::real(140, 1.0), Tag::real(141, 1.0), Tag::integerValue(290, 0)};
+            break;
+        case Type::DictionaryVar:
+            tags = {Tag::string(100, "DictionaryVariables"), Tag::integerValue(280, 0), Tag::string(1, "")};
+            break;
+        case Type::SortEntsTable:
+            tags = {Tag::string(100, "AcDbSortentsTable"), Tag::handle(330, 0)};
+            break;
+        default: break;
+    }
+    return TagList::encode(tags);
 }
 
 }  // namespace korva::db

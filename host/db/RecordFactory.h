@@ -25,6 +25,10 @@ void ensureBlockEnds(Drawing& drawing, ObjectRecord& blockRecord);
 // Creates an object of the OBJECTS section owned by owner (null: ownerless).
 ObjectRecord& createObject(Drawing& drawing, TypeId type, ObjectRecord* owner);
 
+// The tags a new object of a type starts with (before it gets a handle and an
+// owner): subclass markers and the defaults of its required groups.
+TagList newObjectTags(TypeId type);
+
 // Assigns a fresh handle and writes it into the record's tags.
 void assignNewHandle(Drawing& drawing, ObjectRecord& record);
 

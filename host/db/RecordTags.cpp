@@ -131,6 +131,99 @@ std::vector<Handle> applicationGroupHandles(const ObjectRecord& record, std::str
     return handles;
 }
 
+void writeApplicationGroup(ObjectRecord& record, std::string_view groupName, int code, const std::vector<Handle>& handles) {
+    std::vector<Tag> tags = record.tags.decode();
+    // Remove the group where it stands, remembering its place.
+    size_t place = tags.size();
+    for (size_t i = 0; i < tags.size(); ++i) {
+        if (tags[i].code == 100 || tags[i].code == 1001) break;
+        if (tags[i].code == 102 && tags[i].text == groupName) {
+            size_t end = i + 1;
+            while (end < tags.size() && !(tags[end].code == 102 && tags[end].text == "}")) ++end;
+            tags.erase(tags.begin() + static_cast<std::ptrdiff_t>(i),
+                       tags.begin() + static_cast<std::ptrdiff_t>(std::min(end + 1, tags.size())));
+            place = i;
+            break;
+        }
+    }
+    if (!handles.empty()) {
+        if (place == tags.size()) {
+            // Reactors come first after the handle, the extension dictionary after them.
+            place = 0;
+            for (size_t i = 0; i < tags.size(); ++i) {
+                const Tag& t = tags[i];
+                if (t.code == 5 || t.code == 105) {
+                    place = i + 1;
+                } else if (t.code == 102 && t.text == "{ACAD_REACTORS" && groupName != "{ACAD_REACTORS") {
+                    size_t end = i + 1;
+                    while (end < tags.size() && !(tags[end].code == 102 && tags[end].text == "}")) ++end;
+                    place = end + 1;
+                    i = end;
+                } else {
+                    break;
+                }
+            }
+        }
+        std::vector<Tag> group{Tag::string(102, groupName)};
+        for (Handle h : handles) group.push_back(Tag::handle(code, h));
+        group.push_back(Tag::string(102, "}"));
+        tags.insert(tags.begin() + static_cast<std::ptrdiff_t>(std::min(place, tags.size())), group.begin(), group.end());
+    }
+    record.tags = TagList::encode(tags);
+}
+
+std::vector<Tag> extendedData(const TagList& tags) {
+    std::vector<Tag> out;
+    bool inside = false;
+    for (TagRef t : tags) {
+        if (t.code() == 1001) inside = true;
+        if (inside) out.push_back(t.toTag());
+    }
+    return out;
+}
+
+void writeExtendedData(ObjectRecord& record, std::string_view application, const std::vector<Tag>& items) {
+    std::vector<Tag> tags = record.tags.decode();
+    size_t start = tags.size();
+    for (size_t i = 0; i < tags.size(); ++i) {
+        if (tags[i].code == 1001 && tags[i].text == application) {
+            start = i;
+            break;
+        }
+    }
+    size_t end = start;
+    if (start < tags.size()) {
+        end = start + 1;
+        while (end < tags.size() && tags[end].code != 1001) ++end;
+        tags.erase(tags.begin() + static_cast<std::ptrdiff_t>(start), tags.begin() + static_cast<std::ptrdiff_t>(end));
+    }
+    if (!items.empty()) {
+        std::vector<Tag> block{Tag::string(1001, application)};
+        block.insert(block.end(), items.begin(), items.end());
+        tags.insert(tags.begin() + static_cast<std::ptrdiff_t>(std::min(start, tags.size())), block.begin(), block.end());
+    }
+    record.tags = TagList::encode(tags);
+}
+
+TagList copyWithoutIdentity(const TagList& tags) {
+    TagListBuilder builder;
+    bool prefix = true;
+    bool inGroup = false;
+    for (TagRef t : tags) {
+        const int code = t.code();
+        if (code == 100 || code == 1001) prefix = false;
+        if (prefix) {
+            if (code == 102) {
+                inGroup = !t.text().empty() && t.text().front() == '{';
+                continue;
+            }
+            if (inGroup || code == 5 || code == 105 || code == 330) continue;
+        }
+        builder.add(t);
+    }
+    return builder.finish();
+}
+
 uint32_t extendedDataStart(const TagList& tags) {
     uint32_t index = 0;
     for (TagRef tag : tags) {

@@ -32,6 +32,20 @@ void writeOwnerHandle(ObjectRecord& record, Handle owner);
 // The handles in a 102 group ("{ACAD_REACTORS" or "{ACAD_XDICTIONARY").
 std::vector<Handle> applicationGroupHandles(const ObjectRecord& record, std::string_view groupName);
 
+// Rewrites a 102 group with these handles (group code `code`), placing a new group
+// after the handle and before the owner; an empty list removes the group.
+void writeApplicationGroup(ObjectRecord& record, std::string_view groupName, int code, const std::vector<Handle>& handles);
+
+// The extended data of the record: every tag from the first 1001 on.
+std::vector<Tag> extendedData(const TagList& tags);
+// Replaces (or with no items, removes) one application's extended data; items
+// exclude the 1001 tag. A new application's data goes at the end.
+void writeExtendedData(ObjectRecord& record, std::string_view application, const std::vector<Tag>& items);
+
+// The tags of a record without its identity: handle, owner and 102 groups
+// (reactors, extension dictionary), for a copy that becomes a new object.
+TagList copyWithoutIdentity(const TagList& tags);
+
 // Index of the first tag of extended data (the first 1001), or the tag count.
 uint32_t extendedDataStart(const TagList& tags);
 
