@@ -6,7 +6,9 @@
 #include <string>
 #include <unordered_set>
 
+#include "db/DrawingIo.h"
 #include "db/RecordFactory.h"
+#include "db/RecordFields.h"
 #include "db/RecordTags.h"
 #include "db/TextCase.h"
 
@@ -260,6 +262,59 @@ private:
         }
         ensureRootEntry("ACAD_GROUP");
         ensureRootEntry("ACAD_LAYOUT");
+        ensureLayouts();
+    }
+
+    ObjectRecord* rootEntry(std::string_view key) {
+        bool match = false;
+        for (TagRef tag : d_.rootDictionary()->tags) {
+            if (tag.code() == 3) match = tag.text() == key;
+            else if (match && (tag.code() == 350 || tag.code() == 360)) return d_.findByHandle(tag.handle());
+        }
+        return nullptr;
+    }
+
+    // Model space and the paper space each have a LAYOUT object that their block
+    // record names (340). Missing ones are made from the built-in template's layouts.
+    void ensureLayouts() {
+        ObjectRecord* dictionary = rootEntry("ACAD_LAYOUT");
+        if (!dictionary) return;
+        const struct {
+            ObjectRecord* block;
+            const char* name;
+        } layouts[] = {{d_.modelSpace(), "Model"}, {d_.paperSpace(), "Layout1"}};
+        for (const auto& wanted : layouts) {
+            if (!wanted.block) continue;
+            const ObjectRecord* existing = d_.findByHandle(fieldHandle(*wanted.block, {}, 340));
+            if (existing && existing->type == Type::Layout) continue;
+            if (!layoutFromTemplate(*dictionary, *wanted.block, wanted.name)) continue;
+            if (modern_) {
+                report_.add("missing-structure", "The " + std::string(recordName(*wanted.block)) +
+                                                     " block had no layout; layout \"" + wanted.name + "\" was created.");
+            }
+        }
+    }
+
+    bool layoutFromTemplate(ObjectRecord& dictionary, ObjectRecord& block, std::string_view name) {
+        if (!templateDrawing_) {
+            const DrawingIo& io = drawingIo();
+            if (!io.readBytes) return false;
+            templateDrawing_ = io.readBytes(emptyDrawingTemplate()).drawing;
+            if (!templateDrawing_) return false;
+        }
+        const ObjectRecord* source = nullptr;
+        for (const ObjectRecord* object : templateDrawing_->objects) {
+            if (object->type == Type::Layout && fieldText(*object, "AcDbLayout", 1) == name) source = object;
+        }
+        if (!source) return false;
+        ObjectRecord& layout = createObject(d_, Type::Layout, &dictionary);
+        std::vector<Tag> tags = layout.tags.decode();
+        for (TagRef t : copyWithoutIdentity(source->tags)) tags.push_back(t.toTag());
+        layout.tags = TagList::encode(tags);
+        setField(layout, "AcDbLayout", Tag::handle(330, block.handle));
+        appendTags(dictionary, {Tag::string(3, name), Tag::handle(350, layout.handle)});
+        setField(block, {}, Tag::handle(340, layout.handle));
+        return true;
     }
 
     void ensureRootEntry(std::string_view key) {
@@ -330,6 +385,7 @@ private:
     Drawing& d_;
     AuditReport& report_;
     bool modern_;
+    std::unique_ptr<Drawing> templateDrawing_;
 };
 
 }  // namespace

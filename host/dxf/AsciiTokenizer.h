@@ -3,6 +3,7 @@
 #pragma once
 
 #include <charconv>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -38,8 +39,17 @@ public:
         tag.form = RawTag::Form::Text;
         tag.text = readLine();
         tag.position = codeLine;
+        if (releaser_ && p_ - released_ > kReleaseStep) {
+            // A value pushed back is the last one read: everything a megabyte behind is done with.
+            releaser_(p_ - kReleaseMargin);
+            released_ = p_;
+        }
         return Status::Ok;
     }
+
+    // Called now and then with a position before which the bytes are no longer
+    // needed, so that a memory-mapped file need not stay resident as a whole.
+    void setReleaser(std::function<void(const char*)> releaser) { releaser_ = std::move(releaser); }
 
     size_t line() const { return line_; }
     // The bytes not yet read (what follows EOF).
@@ -69,9 +79,14 @@ private:
         if (q == end_) p_ = end_;
     }
 
+    static constexpr std::ptrdiff_t kReleaseStep = 16 << 20;
+    static constexpr std::ptrdiff_t kReleaseMargin = 1 << 20;
+
     const char* p_;
     const char* end_;
+    const char* released_ = p_;
     size_t line_ = 0;
+    std::function<void(const char*)> releaser_;
 };
 
 }  // namespace korva::dxf

@@ -2,6 +2,7 @@
 // forward (an entity's owner, a block record's layout).
 #include "dxf/DrawingBinder.h"
 
+#include <algorithm>
 #include <string>
 #include <unordered_map>
 
@@ -113,18 +114,18 @@ private:
         if (!model) {
             if (modern_) audit_.add("missing-model-space", "The drawing had no model space block; one was created.");
             model = &db::createTableRecord(d_, "BLOCK_RECORD", "*Model_Space");
-            if (modern_) d_.blockOrder.insert(d_.blockOrder.begin(), model);
         }
         if (!paper) {
             if (modern_) audit_.add("missing-paper-space", "The drawing had no paper space block; one was created.");
             paper = &db::createTableRecord(d_, "BLOCK_RECORD", "*Paper_Space");
-            if (modern_) d_.blockOrder.insert(d_.blockOrder.begin() + 1, paper);
         }
         d_.setModelSpace(model);
         d_.setPaperSpace(paper);
-        if (modern_) {
-            db::ensureBlockEnds(d_, *model);
-            db::ensureBlockEnds(d_, *paper);
+        // Every drawing in memory has both layout blocks with their BLOCK and ENDBLK.
+        for (ObjectRecord* layout : {model, paper}) {
+            const bool listed = std::find(d_.blockOrder.begin(), d_.blockOrder.end(), layout) != d_.blockOrder.end();
+            if (!listed) d_.blockOrder.insert(layout == model ? d_.blockOrder.begin() : d_.blockOrder.begin() + 1, layout);
+            db::ensureBlockEnds(d_, *layout);
         }
         // Layout blocks list entities in creation order: re-place what the BLOCKS section gave them.
         for (ObjectRecord* block : d_.blockOrder) {

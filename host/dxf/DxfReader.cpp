@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <functional>
 
 #include "db/Audit.h"
 #include "dxf/AsciiTokenizer.h"
@@ -59,10 +60,22 @@ public:
     const std::string& error() const { return error_; }
     std::string_view bytes() const { return {data_ ? data_ : "", size_}; }
 
+    // Drops the pages before position from memory (they stay in the page cache).
+    void release(const char* position) {
+        static const size_t page = static_cast<size_t>(::sysconf(_SC_PAGESIZE));
+        if (!data_ || position <= data_) return;
+        const size_t upTo = (static_cast<size_t>(position - data_) / page) * page;
+        if (upTo > released_) {
+            ::madvise(const_cast<char*>(data_) + released_, upTo - released_, MADV_DONTNEED);
+            released_ = upTo;
+        }
+    }
+
 private:
     int fd_ = -1;
     const char* data_ = nullptr;
     size_t size_ = 0;
+    size_t released_ = 0;
     std::string error_;
 };
 
@@ -75,9 +88,8 @@ bool parse(Tokenizer& tokenizer, db::Drawing& drawing, ParsedSections& parsed, d
     return false;
 }
 
-}  // namespace
-
-ReadResult readDxf(std::string_view bytes) {
+// Reads a drawing from bytes; releaser (optional) is told which bytes are done with.
+ReadResult readBytes(std::string_view bytes, const std::function<void(const char*)>& releaser) {
     ReadResult result;
     auto drawing = std::make_unique<db::Drawing>();
     ParsedSections parsed;
@@ -95,6 +107,7 @@ ReadResult readDxf(std::string_view bytes) {
         ok = parse(tokenizer, *drawing, parsed, result.audit, result.error);
     } else {
         AsciiTokenizer tokenizer(bytes);
+        if (releaser) tokenizer.setReleaser(releaser);
         ok = parse(tokenizer, *drawing, parsed, result.audit, result.error);
     }
     if (!ok) return result;
@@ -110,6 +123,10 @@ ReadResult readDxf(std::string_view bytes) {
     return result;
 }
 
+}  // namespace
+
+ReadResult readDxf(std::string_view bytes) { return readBytes(bytes, nullptr); }
+
 ReadResult readDxfFile(const std::string& path) {
     MappedFile file(path);
     if (!file.error().empty()) {
@@ -117,7 +134,7 @@ ReadResult readDxfFile(const std::string& path) {
         result.error = "cannot open \"" + path + "\": " + file.error();
         return result;
     }
-    ReadResult result = readDxf(file.bytes());
+    ReadResult result = readBytes(file.bytes(), [&file](const char* position) { file.release(position); });
     if (!result.ok()) result.error = "\"" + path + "\": " + result.error;
     return result;
 }
