@@ -122,7 +122,7 @@ double numberOf(const Tag& tag) {
 
 int64_t integerOf(const Tag& tag) {
     if (tag.kind == TagKind::Integer || tag.kind == TagKind::Handle) return tag.integer;
-    return static_cast<int64_t>(numberOf(tag));
+    return integerOfReal(numberOf(tag));
 }
 
 }  // namespace

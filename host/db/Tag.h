@@ -14,6 +14,12 @@ namespace korva::db {
 
 using Handle = uint64_t;
 
+// A real as an integer, 0 for values no 64-bit integer holds (NaN, infinities,
+// huge numbers in damaged files).
+inline int64_t integerOfReal(double value) {
+    return (value > -9.2e18 && value < 9.2e18) ? static_cast<int64_t>(value) : 0;
+}
+
 struct Tag {
     int16_t code = 0;
     TagKind kind = TagKind::String;

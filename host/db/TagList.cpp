@@ -56,8 +56,7 @@ double TagRef::real() const {
 int64_t TagRef::integer() const {
     if (kind_ == TagKind::Integer) return load<int64_t>(payload_);
     if (kind_ == TagKind::Real) {
-        const double v = load<double>(payload_);
-        return std::isfinite(v) && std::fabs(v) < 9.2e18 ? static_cast<int64_t>(v) : 0;
+        return integerOfReal(load<double>(payload_));
     }
     return 0;
 }

@@ -58,7 +58,7 @@ public:
     void real(int code, double value) {
         writeCode(code);
         if (binary_) {
-            binaryNumber(code, value, static_cast<int64_t>(value));
+            binaryNumber(code, value, db::integerOfReal(value));
             return;
         }
         char buf[32];
@@ -236,7 +236,7 @@ private:
     void numberFromText(int code, std::string_view text) {
         double value = 0.0;
         std::from_chars(text.data(), text.data() + text.size(), value);
-        binaryNumber(code, value, static_cast<int64_t>(value));
+        binaryNumber(code, value, db::integerOfReal(value));
     }
 
     template <class T>

@@ -242,6 +242,11 @@ bool SectionParser<Tokenizer>::parseBlocks() {
     while (next(tag)) {
         if (tag.code != 0) return fail(tag, "expected a 0 group in the BLOCKS section");
         if (tag.text == "ENDSEC") return true;
+        if (tag.text == "EOF" || tag.text == "SECTION") {
+            pushBack(tag);
+            audit_.add("unterminated-section", "The BLOCKS section has no ENDSEC.");
+            return true;
+        }
         if (tag.text != "BLOCK") {
             // Entities between blocks belong to no block: keep them as model space entities.
             pushBack(tag);
