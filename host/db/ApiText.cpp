@@ -1,3 +1,4 @@
+// Caret notation between stored texts and the API's wide strings.
 #include "db/ApiText.h"
 
 #include "db/Utf8.h"

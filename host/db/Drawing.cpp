@@ -1,3 +1,4 @@
+// The drawing database: record store in chunks (stable addresses), handle map, sections.
 #include "db/Drawing.h"
 
 #include <charconv>
@@ -86,6 +87,12 @@ bool Drawing::isLayoutBlock(const ObjectRecord* blockRecord) const {
     if (blockRecord == modelSpace_ || blockRecord == paperSpace_) return true;
     const std::string_view name = recordName(*blockRecord);
     return name.size() >= 12 && namesEqual(name.substr(0, 12), "*Paper_Space");
+}
+
+ObjectRecord* Drawing::currentSpace() const {
+    const int64_t tilemode = header.getInteger("$TILEMODE").value_or(1);
+    const int64_t cvport = header.getInteger("$CVPORT").value_or(1);
+    return (tilemode == 1 || cvport >= 2) ? modelSpace_ : paperSpace_;
 }
 
 void Drawing::appendToBlock(ObjectRecord& blockRecord, ObjectRecord& entity) {

@@ -85,6 +85,9 @@ public:
     void setModelSpace(ObjectRecord* record) { modelSpace_ = record; }
     void setPaperSpace(ObjectRecord* record) { paperSpace_ = record; }
     bool isLayoutBlock(const ObjectRecord* blockRecord) const;
+    // Where new entities go: model space when TILEMODE is 1 or a model-space
+    // viewport is active (CVPORT >= 2), otherwise the current paper space.
+    ObjectRecord* currentSpace() const;
     ObjectRecord* rootDictionary() const { return objects.empty() ? nullptr : objects.front(); }
 
     // Places an entity at the end of a block record's entity list; layout blocks

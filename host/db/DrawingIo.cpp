@@ -1,3 +1,4 @@
+// The registered drawing reader and writer, and new drawings from the template.
 #include "db/DrawingIo.h"
 
 namespace korva::db {

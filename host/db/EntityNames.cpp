@@ -1,3 +1,4 @@
+// Entity names: (drawing serial << 32 | record index + 1, handle).
 #include "db/EntityNames.h"
 
 #include "db/Drawing.h"

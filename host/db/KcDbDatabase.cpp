@@ -151,12 +151,7 @@ KcDbObjectId KcDbDatabase::dimstyle() const { return currentRecord(*m_drawing, "
 KcDbObjectId KcDbDatabase::celtype() const { return currentRecord(*m_drawing, "$CELTYPE", "LTYPE", "ByLayer"); }
 double KcDbDatabase::textsize() const { return m_drawing->header.getReal("$TEXTSIZE").value_or(2.5); }
 
-KcDbObjectId KcDbDatabase::currentSpaceId() const {
-    const int64_t tilemode = m_drawing->header.getInteger("$TILEMODE").value_or(1);
-    const int64_t cvport = m_drawing->header.getInteger("$CVPORT").value_or(1);
-    if (tilemode == 1 || cvport >= 2) return modelSpaceId();
-    return paperSpaceId();
-}
+KcDbObjectId KcDbDatabase::currentSpaceId() const { return ObjectAccess::id(m_drawing->currentSpace()); }
 
 KcGePoint3d KcDbDatabase::ucsorg() const { return m_drawing->header.getPoint("$UCSORG").value_or(KcGePoint3d::kOrigin); }
 KcGeVector3d KcDbDatabase::ucsxdir() const {

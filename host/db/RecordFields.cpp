@@ -1,3 +1,4 @@
+// Group look-up by subclass run, and placement of new groups in DXF order.
 #include "db/RecordFields.h"
 
 #include <vector>

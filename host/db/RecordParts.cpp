@@ -1,3 +1,4 @@
+// Splitting records into prefix, common part, subclass runs and extended data.
 #include "db/RecordParts.h"
 
 namespace korva::db {

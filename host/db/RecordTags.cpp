@@ -1,3 +1,4 @@
+// Handle, owner, 102-group and extended-data tags of records.
 #include "db/RecordTags.h"
 
 #include <charconv>

@@ -1,3 +1,4 @@
+// Result buffers: C-allocated chains and the mapping of group codes to value members.
 #include "db/ResultBuffers.h"
 
 #include <charconv>

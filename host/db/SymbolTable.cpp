@@ -1,3 +1,4 @@
+// Symbol tables: a name index rebuilt lazily after changes.
 #include "db/SymbolTable.h"
 
 #include "db/TextCase.h"

@@ -1,3 +1,4 @@
+// Justified text: the insertion point from the alignment point and the text box.
 #include "db/TextAlignment.h"
 
 #include <cmath>

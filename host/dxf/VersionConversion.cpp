@@ -1,3 +1,4 @@
+// Record-by-record conversion between DXF generations.
 #include "dxf/VersionConversion.h"
 
 #include <algorithm>

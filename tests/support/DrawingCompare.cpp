@@ -1,3 +1,4 @@
+// Object-by-object comparison of two drawings for round-trip tests.
 #include "DrawingCompare.h"
 
 #include <sstream>

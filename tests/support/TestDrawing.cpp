@@ -1,3 +1,4 @@
+// Test drawings built from the empty template and made the working database.
 #include "TestDrawing.h"
 
 #include <gtest/gtest.h>

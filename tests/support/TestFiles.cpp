@@ -1,3 +1,4 @@
+// Corpus files, temporary folders and the independent reader for tests.
 #include "TestFiles.h"
 
 #include <unistd.h>
