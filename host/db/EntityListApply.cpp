@@ -17,16 +17,6 @@ namespace korva::db {
 
 namespace {
 
-constexpr double kRadian = 180.0 / 3.14159265358979323846;
-constexpr int kCommonOrder[] = {67, 410, 8, 6, 347, 62, 370, 48, 60, 92, 310, 420, 430, 440, 390, 284};
-
-int commonIndex(int code) {
-    for (size_t i = 0; i < std::size(kCommonOrder); ++i) {
-        if (kCommonOrder[i] == code) return static_cast<int>(i);
-    }
-    return static_cast<int>(std::size(kCommonOrder));
-}
-
 int fieldIndex(std::span<const FieldSpec> fields, int code) {
     for (size_t i = 0; i < fields.size(); ++i) {
         if (fields[i].code == code) return static_cast<int>(i);
@@ -73,6 +63,35 @@ void placeItem(std::vector<Tag>& tags, const Tag& item, int occurrence, const st
     tags.insert(tags.begin() + static_cast<std::ptrdiff_t>(std::min(at, tags.size())), item);
 }
 
+// An angle given in radians, in degrees as the record keeps it. When it is the
+// stored angle's own conversion, the stored value is kept exactly: an unchanged
+// list must not change a value by rounding.
+double storedDegrees(const std::vector<Tag>& stored, const std::vector<Tag>& earlierItems, const Tag& item) {
+    int occurrence = 0;
+    for (const Tag& t : earlierItems) occurrence += t.code == item.code ? 1 : 0;
+    for (const Tag& t : stored) {
+        if (t.code != item.code || occurrence-- != 0) continue;
+        if (t.kind == TagKind::Real && t.xyz[0] * kRadiansPerDegree == item.xyz[0]) return t.xyz[0];
+        break;
+    }
+    return item.xyz[0] / kRadiansPerDegree;
+}
+
+bool storesCode(const std::vector<Tag>& tags, int code) {
+    for (const Tag& t : tags) {
+        if (t.code == code) return true;
+    }
+    return false;
+}
+
+bool isDefaultValue(std::span<const FieldSpec> fields, const Tag& item) {
+    const int index = fieldIndex(fields, item.code);
+    if (index < 0) return false;
+    Tag fallback = fields[static_cast<size_t>(index)].defaultTag();
+    if (fallback.kind == TagKind::Point3 && item.kind == TagKind::Point3) return fallback.xyz == item.xyz;
+    return fallback == item;
+}
+
 // Applies the items meant for one subclass run.
 void applyToRun(SubclassRun& run, std::span<const FieldSpec> fields, const std::vector<Tag>& items) {
     std::vector<Tag> repeated;
@@ -110,7 +129,11 @@ void applyToRun(SubclassRun& run, std::span<const FieldSpec> fields, const std::
     const std::function<int(int)> orderOf = [&](int code) { return fieldIndex(fields, code); };
     for (const Tag& item : items) {
         if (isRepeated(fields, item.code)) continue;
-        placeItem(run.tags, item, occurrences[item.code]++, orderOf);
+        const int occurrence = occurrences[item.code]++;
+        // A group the record leaves out reads as its default: giving the default
+        // back (an unchanged list) adds nothing.
+        if (occurrence == 0 && !storesCode(run.tags, item.code) && isDefaultValue(fields, item)) continue;
+        placeItem(run.tags, item, occurrence, orderOf);
     }
 }
 
@@ -159,23 +182,24 @@ void mergeLayerFlags(const ObjectRecord& record, std::vector<Tag>& items) {
     }
 }
 
-// MTEXT: when a list gives both the direction (11) and the rotation (50), the last one wins.
+// MTEXT: when a list gives both the direction (11) and the rotation (50), the
+// last one wins. A rotation that agrees with the direction changes nothing.
 void reconcileMTextRotation(ObjectRecord& record, const std::vector<Tag>& items) {
-    int last = 0;
+    const Tag* last = nullptr;
     for (const Tag& item : items) {
-        if (item.code == 11 || item.code == 50) last = item.code;
+        if (item.code == 11 || item.code == 50) last = &item;
     }
-    const KcGeVector3d normal = fieldVector(record, "AcDbMText", 210, KcGeVector3d::kZAxis);
-    const KcGeMatrix3d toWorld = KcGeMatrix3d::planeToWorld(normal);
-    if (last == 50) {
-        const double angle = fieldReal(record, "AcDbMText", 50, 0.0);
-        const KcGeVector3d direction = toWorld * KcGeVector3d(std::cos(angle), std::sin(angle), 0.0);
+    if (!last) return;
+    const double current = mtextRotation(record);
+    if (last->code == 50) {
+        const double angle = last->xyz[0];
+        if (std::fabs(angle - current) < 1e-12) return;
+        const KcGeVector3d normal = fieldVector(record, "AcDbMText", 210, KcGeVector3d::kZAxis);
+        const KcGeVector3d direction =
+            KcGeMatrix3d::planeToWorld(normal) * KcGeVector3d(std::cos(angle), std::sin(angle), 0.0);
         setField(record, "AcDbMText", Tag::point(11, {direction.x, direction.y, direction.z}));
-    } else if (last == 11) {
-        const KcGeVector3d direction = KcGeMatrix3d::worldToPlane(normal) * fieldVector(record, "AcDbMText", 11, KcGeVector3d::kXAxis);
-        double angle = std::atan2(direction.y, direction.x);
-        if (angle < 0) angle += 2 * 3.14159265358979323846;
-        if (hasField(record, "AcDbMText", 50)) setField(record, "AcDbMText", Tag::real(50, angle));
+    } else if (hasField(record, "AcDbMText", 50) && fieldReal(record, "AcDbMText", 50, 0.0) != current) {
+        setField(record, "AcDbMText", Tag::real(50, current));
     }
 }
 
@@ -187,11 +211,15 @@ std::string applyList(ObjectRecord& record, const std::vector<Tag>& list) {
     const bool entity = record.isEntity();
     RecordParts parts = splitRecord(record);
 
-    // The items to apply, without the groups the host owns.
+    // The items to apply, without the groups the host owns. Each remembers the
+    // subclass marker it followed in the list (a list from kcdbEntGet has them).
     std::vector<Tag> items;
+    std::vector<std::pair<std::string, int>> itemMarkers;  // marker and how often the list named it so far
     std::vector<Tag> xdata;
     bool inXdata = false;
     bool inGroup = false;
+    std::string marker;
+    std::map<std::string, int> markerCount;
     for (const Tag& item : list) {
         if (item.code == -3) {
             inXdata = true;
@@ -206,27 +234,51 @@ std::string applyList(ObjectRecord& record, const std::vector<Tag>& list) {
             inGroup = !item.text.empty() && item.text.front() == '{';
             continue;
         }
+        if (item.code == 100) {
+            marker = item.text;
+            ++markerCount[marker];
+            continue;
+        }
         if (inGroup || item.code == -1 || item.code == -2 || item.code == 0 || item.code == 5 || item.code == 105 ||
-            item.code == 330 || item.code == 100 || item.code == 67 || item.code == 410) {
+            item.code == 330 || item.code == 67 || item.code == 410) {
             continue;
         }
         if (item.code >= 1000) return "group " + std::to_string(item.code) + " outside the extended data";
         items.push_back(item);
+        itemMarkers.emplace_back(marker, marker.empty() ? 0 : markerCount[marker]);
     }
     if (std::string problem = validateReferences(drawing, record, items); !problem.empty()) return problem;
+    if (record.type == Type::MText && !hasField(record, "AcDbMText", 50)) {
+        // The list's rotation was derived from the direction: it adds nothing by itself.
+        const double derived = mtextRotation(record);
+        std::erase_if(items, [&](const Tag& item) { return item.code == 50 && std::fabs(item.xyz[0] - derived) < 1e-12; });
+    }
     if (record.type == Type::Layer) mergeLayerFlags(record, items);
 
     // Angles arrive in radians; the record keeps what the file holds.
     size_t run = 0;
     std::vector<std::vector<Tag>> runItems(parts.runs.size());
     std::vector<Tag> commonItems;
-    for (Tag item : items) {
-        if (entity && isCommonEntityCode(item.code)) {
+    for (size_t i = 0; i < items.size(); ++i) {
+        Tag item = items[i];
+        const std::string& itemMarker = itemMarkers[i].first;
+        // The run a marker of the list names (the n-th time the list names it).
+        size_t named = parts.runs.size();
+        if (!itemMarker.empty() && itemMarker != "AcDbEntity") {
+            int occurrence = itemMarkers[i].second;
+            for (size_t r = 0; r < parts.runs.size(); ++r) {
+                if (parts.runs[r].marker == itemMarker && --occurrence == 0) named = r;
+            }
+        }
+        // The AcDbEntity part takes what the list put there, and common groups the list
+        // gives without a subclass of their own (appended at the end, or a list without markers).
+        const bool inCommonPart = itemMarker == "AcDbEntity";
+        if (entity && (inCommonPart || (isCommonEntityCode(item.code) && named == parts.runs.size()))) {
             commonItems.push_back(item);
             continue;
         }
         if (parts.runs.empty()) parts.runs.push_back({{}, {}}), runItems.emplace_back();
-        run = runFor(parts, record.type, run, item.code);
+        run = named < parts.runs.size() ? named : runFor(parts, record.type, run, item.code);
         const auto fields = runFields(record.type, parts.runs, run);
         const bool angle = (item.kind == TagKind::Real) &&
                            ((record.type == Type::Style && item.code == 50) ||
@@ -236,7 +288,7 @@ std::string applyList(ObjectRecord& record, const std::vector<Tag>& list) {
                                 }
                                 return false;
                             }());
-        if (angle) item.xyz[0] *= kRadian;
+        if (angle) item.xyz[0] = storedDegrees(parts.runs[run].tags, runItems[run], item);
         runItems[run].push_back(item);
     }
     // The new layer must exist; a missing one is created with defaults, as hosts do.
@@ -244,12 +296,24 @@ std::string applyList(ObjectRecord& record, const std::vector<Tag>& list) {
         if (item.code == 8 && !drawing.tableRecord("LAYER", item.text)) createTableRecord(drawing, "LAYER", item.text);
     }
     std::map<int, int> occurrences;
-    const std::function<int(int)> commonOrder = [](int code) { return commonIndex(code); };
-    for (const Tag& item : commonItems) placeItem(parts.common, item, occurrences[item.code]++, commonOrder);
+    const std::function<int(int)> commonOrder = [](int code) { return commonEntityOrder(code); };
+    for (const Tag& item : commonItems) {
+        const int occurrence = occurrences[item.code]++;
+        // Layer "0" is what a record without a layer group is on.
+        if (item.code == 8 && item.text == "0" && occurrence == 0 && !storesCode(parts.common, 8)) continue;
+        placeItem(parts.common, item, occurrence, commonOrder);
+    }
     for (size_t i = 0; i < parts.runs.size(); ++i) {
         if (!runItems[i].empty()) applyToRun(parts.runs[i], runFields(record.type, parts.runs, i), runItems[i]);
     }
-    record.tags = joinParts(parts, entity);
+    // Parts equal to the stored ones mean the list changed nothing: keep the tags
+    // exactly as they stand (old files may hold groups in an unusual order).
+    const RecordParts stored = splitRecord(record);
+    bool changed = stored.common != parts.common || stored.runs.size() != parts.runs.size();
+    for (size_t i = 0; !changed && i < parts.runs.size(); ++i) {
+        changed = stored.runs[i].marker != parts.runs[i].marker || stored.runs[i].tags != parts.runs[i].tags;
+    }
+    if (changed) record.tags = joinParts(parts, entity);
 
     for (size_t i = 0; i < xdata.size();) {
         if (xdata[i].code != 1001) return "extended data must start with an application name (1001)";
@@ -259,10 +323,9 @@ std::string applyList(ObjectRecord& record, const std::vector<Tag>& list) {
         for (++i; i < xdata.size() && xdata[i].code != 1001; ++i) block.push_back(xdata[i]);
         writeExtendedData(record, application, block);
     }
-    if (record.type == Type::MText) reconcileMTextRotation(record, list);
-    if (record.type == Type::Text || record.type == Type::Attrib || record.type == Type::AttDef) {
-        alignTextPosition(record);
-    }
+    if (record.type == Type::MText && changed) reconcileMTextRotation(record, list);
+    const bool text = record.type == Type::Text || record.type == Type::Attrib || record.type == Type::AttDef;
+    if (text && changed) alignTextPosition(record);
     if (record.kind == RecordKind::TableRecord) {
         for (SymbolTable& table : drawing.tables) {
             if (table.head == record.owner) table.invalidateIndex();

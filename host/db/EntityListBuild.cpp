@@ -8,13 +8,12 @@
 #include "db/RecordParts.h"
 #include "db/RecordTags.h"
 #include "db/SymbolTable.h"
+#include "db/TextAlignment.h"
 #include "db/TextCase.h"
 
 namespace korva::db {
 
 namespace {
-
-constexpr double kDegree = 3.14159265358979323846 / 180.0;
 
 int fieldAt(std::span<const FieldSpec> fields, int code, const std::vector<bool>& used) {
     for (size_t i = 0; i < fields.size(); ++i) {
@@ -31,7 +30,7 @@ bool isAngle(std::span<const FieldSpec> fields, int code) {
 }
 
 Tag asListItem(const Tag& stored, bool angle) {
-    if (angle && stored.kind == TagKind::Real) return Tag::real(stored.code, stored.xyz[0] * kDegree);
+    if (angle && stored.kind == TagKind::Real) return Tag::real(stored.code, stored.xyz[0] * kRadiansPerDegree);
     return stored;
 }
 
@@ -114,6 +113,15 @@ void appendExtendedData(std::vector<Tag>& out, const RecordParts& parts, const L
     out.insert(out.end(), selected.begin(), selected.end());
 }
 
+// MTEXT lists always carry the rotation (50): when the file left it out, it is
+// the angle of the direction (11) in the plane of the normal.
+void fillMTextRotation(const ObjectRecord& record, std::vector<Tag>& list) {
+    if (hasField(record, "AcDbMText", 50)) return;
+    for (Tag& item : list) {
+        if (item.code == 50) item.xyz[0] = mtextRotation(record);
+    }
+}
+
 }  // namespace
 
 std::vector<Tag> entityList(const ObjectRecord& record, const ListOptions& options) {
@@ -156,6 +164,7 @@ std::vector<Tag> entityList(const ObjectRecord& record, const ListOptions& optio
             if (present <= occurrence) appendRun(out, std::string(marker), subclassFields(record.type, marker, occurrence), {});
         }
     }
+    if (record.type == Type::MText) fillMTextRotation(record, out);
     if (options.extendedData) appendExtendedData(out, parts, options);
     return out;
 }

@@ -65,7 +65,7 @@ constexpr FieldSpec kDimension[] = {integer(280, 0, O), text(2, ""), pt(10), pt(
                                     integer(72, 1, O), real(41, 1.0, O), real(42, 0, O), integer(73, 0, O),
                                     integer(74, 0, O), integer(75, 0, O), text(1, ""), real(53, 0, O | A),
                                     real(51, 0, O | A), normal(), text(3, "Standard")};
-constexpr FieldSpec kAlignedDimension[] = {pt(12, O), pt(13), pt(14), real(50, 0, O | A)};
+constexpr FieldSpec kAlignedDimension[] = {pt(12, O), pt(13), pt(14)};
 constexpr FieldSpec kRotatedDimension[] = {real(50, 0, A), real(52, 0, O | A)};
 constexpr FieldSpec kAngularDimension[] = {pt(13), pt(14), pt(15), pt(16)};
 constexpr FieldSpec kRadialDimension[] = {pt(15), real(40, 0)};
@@ -125,7 +125,7 @@ constexpr DimensionPart kDimensionParts[] = {
     {"AcDbOrdinateDimension", kOrdinateDimension},
 };
 
-constexpr int kCommonCodes[] = {67, 410, 8, 6, 347, 62, 370, 48, 60, 92, 310, 420, 430, 440, 390, 284};
+constexpr int kCommonCodes[] = {67, 410, 8, 6, 347, 62, 370, 48, 60, 92, 160, 310, 420, 430, 440, 390, 284};
 
 }  // namespace
 
@@ -161,11 +161,18 @@ std::string_view vertexMarker(int64_t flags) {
     return "AcDb2dVertex";
 }
 
-bool isCommonEntityCode(int code) {
-    for (int c : kCommonCodes) {
-        if (c == code) return true;
+bool isSameSubclass(std::string_view wanted, std::string_view stored) {
+    if (wanted == stored) return true;
+    return wanted == "AcDbBlockReference" && stored == "AcDbMInsertBlock";
+}
+
+bool isCommonEntityCode(int code) { return commonEntityOrder(code) < static_cast<int>(std::size(kCommonCodes)); }
+
+int commonEntityOrder(int code) {
+    for (size_t i = 0; i < std::size(kCommonCodes); ++i) {
+        if (kCommonCodes[i] == code) return static_cast<int>(i);
     }
-    return false;
+    return static_cast<int>(std::size(kCommonCodes));
 }
 
 std::span<const FieldSpec> dimensionPartFields(std::string_view marker) {

@@ -13,6 +13,9 @@
 
 namespace korva::db {
 
+// Angles of DXF files in degrees become radians in lists and accessors with this factor.
+inline constexpr double kRadiansPerDegree = 3.14159265358979323846 / 180.0;
+
 enum FieldFlags : uint8_t {
     kFieldRequired = 0,
     kFieldOptional = 1,  // in entity lists only when the entity has it
@@ -54,8 +57,14 @@ std::string_view vertexMarker(int64_t flags);
 std::span<const FieldSpec> dimensionPartFields(std::string_view marker);
 std::string_view dimensionPartMarker(int64_t dimensionType);
 
+// Whether a stored subclass marker stands for the wanted one: a multiple insert
+// carries "AcDbMInsertBlock" where a block reference has "AcDbBlockReference".
+bool isSameSubclass(std::string_view wanted, std::string_view stored);
+
 // Codes of the common entity part (the AcDbEntity subclass).
 bool isCommonEntityCode(int code);
+// The DXF order of the common groups: a group's position, or the count for other codes.
+int commonEntityOrder(int code);
 
 // Whether a group of this entity type holds an angle in degrees in DXF files.
 bool isAngleField(TypeId type, std::string_view marker, int code);

@@ -32,7 +32,7 @@ void walkSubclass(const TagList& tags, std::string_view marker, Visit&& visit) {
         if (code == 102) {
             inGroup = !t.text().empty() && t.text().front() == '{';
         } else if (code == 100 && markers) {
-            inside = marker.empty() || t.text() == marker;
+            inside = marker.empty() || isSameSubclass(marker, t.text());
         } else if (inside && !inGroup) {
             if (!visit(t, index)) return;
         }
@@ -63,15 +63,6 @@ int fieldIndex(std::span<const FieldSpec> fields, int code) {
     return -1;
 }
 
-constexpr int kCommonOrder[] = {67, 410, 8, 6, 347, 62, 370, 48, 60, 92, 310, 420, 430, 440, 390, 284};
-
-int commonIndex(int code) {
-    for (size_t i = 0; i < std::size(kCommonOrder); ++i) {
-        if (kCommonOrder[i] == code) return static_cast<int>(i);
-    }
-    return -1;
-}
-
 // The position in a tag vector where a missing group belongs.
 size_t insertionPoint(const ObjectRecord& record, const std::vector<Tag>& tags, std::string_view marker, int code,
                       bool& needsMarker) {
@@ -87,8 +78,8 @@ size_t insertionPoint(const ObjectRecord& record, const std::vector<Tag>& tags, 
     }
     const bool common = marker == kEntityMarker;
     const auto fields = fieldsFor(record.type, marker);
-    const int wanted = common ? commonIndex(code) : fieldIndex(fields, code);
-    auto orderOf = [&](int otherCode) { return common ? commonIndex(otherCode) : fieldIndex(fields, otherCode); };
+    const int wanted = common ? commonEntityOrder(code) : fieldIndex(fields, code);
+    auto orderOf = [&](int otherCode) { return common ? commonEntityOrder(otherCode) : fieldIndex(fields, otherCode); };
 
     if (!markers) {
         // One run: common groups first, then the type's groups in their order.
@@ -96,7 +87,7 @@ size_t insertionPoint(const ObjectRecord& record, const std::vector<Tag>& tags, 
             const int c = tags[i].code;
             if (c == 5 || c == 105 || c == 330 || c == 102) continue;
             if (common) {
-                if (!isCommonEntityCode(c) || (wanted >= 0 && commonIndex(c) > wanted)) return i;
+                if (!isCommonEntityCode(c) || (wanted >= 0 && commonEntityOrder(c) > wanted)) return i;
             } else if (!isCommonEntityCode(c)) {
                 const int other = orderOf(c);
                 if (wanted >= 0 && other > wanted) return i;
@@ -116,7 +107,7 @@ size_t insertionPoint(const ObjectRecord& record, const std::vector<Tag>& tags, 
             runEnd = i;
             break;
         }
-        if (tags[i].text == marker) {
+        if (isSameSubclass(marker, tags[i].text)) {
             found = true;
             runStart = i + 1;
             runEnd = xdata;

@@ -11,7 +11,7 @@ std::span<const FieldSpec> subclassFields(TypeId type, std::string_view marker, 
     const TypeSpec* spec = entitySpec(type);
     if (!spec) return {};
     for (const SubclassSpec& sub : spec->subclasses) {
-        if (sub.marker == marker && occurrence-- == 0) return sub.fields;
+        if (isSameSubclass(sub.marker, marker) && occurrence-- == 0) return sub.fields;
     }
     if ((type == Type::Polyline || type == Type::Vertex) && marker != "AcDbVertex") {
         return spec->subclasses.back().fields;
@@ -37,6 +37,11 @@ int64_t integerIn(const std::vector<Tag>& tags, int code, int64_t fallback) {
 std::vector<std::string_view> markersFor(TypeId type, const std::vector<Tag>& tags) {
     std::vector<std::string_view> markers;
     if (type == Type::Polyline) return {polylineMarker(integerIn(tags, 70, 0))};
+    if (type == Type::Insert) {
+        for (const Tag& t : tags) {
+            if (t.code == 100 && t.text == "AcDbMInsertBlock") return {"AcDbMInsertBlock"};
+        }
+    }
     if (type == Type::Vertex) return {"AcDbVertex", vertexMarker(integerIn(tags, 70, 0))};
     if (type == Type::Dimension) {
         const int64_t kind = integerIn(tags, 70, 0) & 7;
@@ -57,6 +62,23 @@ bool listsCode(std::span<const FieldSpec> fields, int code) {
         if (f.code == code) return true;
     }
     return false;
+}
+
+// The run of the subclass that lists a code, created (as an inferred run) when missing.
+SubclassRun& implicitRunFor(TypeId type, const std::vector<Tag>& tags, std::vector<SubclassRun>& runs, int code) {
+    const std::vector<std::string_view> markers = markersFor(type, tags);
+    std::string_view chosen = markers.empty() ? std::string_view{} : markers.back();
+    for (std::string_view marker : markers) {
+        if (listsCode(subclassFields(type, marker), code)) {
+            chosen = marker;
+            break;
+        }
+    }
+    for (SubclassRun& run : runs) {
+        if (run.implicit && run.marker == chosen) return run;
+    }
+    runs.push_back({std::string(chosen), {}, true});
+    return runs.back();
 }
 
 }  // namespace
@@ -104,9 +126,14 @@ RecordParts splitRecord(const ObjectRecord& record) {
                 run = &parts.runs.back();
                 continue;
             }
-            if (run) run->tags.push_back(t);
-            else if (entity) parts.common.push_back(t);
-            else {
+            if (run) {
+                run->tags.push_back(t);
+            } else if (entity && (isCommonEntityCode(t.code) || !entitySpec(record.type))) {
+                parts.common.push_back(t);
+            } else if (entity) {
+                // Subclass groups without their marker: a run of the subclass that lists them.
+                implicitRunFor(record.type, tags, parts.runs, t.code).tags.push_back(t);
+            } else {
                 parts.runs.push_back({{}, {t}});
                 run = &parts.runs.back();
             }
@@ -141,7 +168,7 @@ TagList joinParts(const RecordParts& parts, bool isEntity) {
     if (parts.markers && isEntity) builder.addString(100, "AcDbEntity");
     for (const Tag& t : parts.common) builder.add(t);
     for (const SubclassRun& run : parts.runs) {
-        if (parts.markers && !run.marker.empty()) builder.addString(100, run.marker);
+        if (parts.markers && !run.marker.empty() && !run.implicit) builder.addString(100, run.marker);
         for (const Tag& t : run.tags) builder.add(t);
     }
     for (const Tag& t : parts.xdata) builder.add(t);

@@ -16,6 +16,11 @@ namespace korva::db {
 struct SubclassRun {
     std::string marker;  // empty for the data of a record without subclass markers
     std::vector<Tag> tags;
+    // The marker was inferred: the record holds this subclass's groups without its
+    // "100" marker (some writers leave it out), and writing it back leaves it out too.
+    bool implicit = false;
+
+    bool operator==(const SubclassRun& other) const { return marker == other.marker && tags == other.tags; }
 };
 
 struct RecordParts {

@@ -43,6 +43,15 @@ TextStyleMetrics textStyleOf(const ObjectRecord& text) {
     return style;
 }
 
+double mtextRotation(const ObjectRecord& mtext) {
+    const KcGeVector3d normal = fieldVector(mtext, "AcDbMText", 210, KcGeVector3d::kZAxis);
+    const KcGeVector3d direction =
+        KcGeMatrix3d::worldToPlane(normal) * fieldVector(mtext, "AcDbMText", 11, KcGeVector3d::kXAxis);
+    double angle = std::atan2(direction.y, direction.x);
+    if (angle < 0) angle += 2 * 3.14159265358979323846;
+    return angle;
+}
+
 void alignTextPosition(ObjectRecord& text) {
     if (!isJustifiedText(text)) return;
     const int64_t horizontal = fieldInteger(text, "AcDbText", 72, 0);

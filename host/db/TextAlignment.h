@@ -18,4 +18,8 @@ TextStyleMetrics textStyleOf(const ObjectRecord& text);
 // Recomputes group 10 of a justified text from group 11; leaves other texts alone.
 void alignTextPosition(ObjectRecord& text);
 
+// The rotation of an MTEXT: the angle of its direction (11) in the plane of its
+// normal, in [0, 2 pi).
+double mtextRotation(const ObjectRecord& mtext);
+
 }  // namespace korva::db
