@@ -273,7 +273,9 @@ std::string applyList(ObjectRecord& record, const std::vector<Tag>& list) {
         // The AcDbEntity part takes what the list put there, and common groups the list
         // gives without a subclass of their own (appended at the end, or a list without markers).
         const bool inCommonPart = itemMarker == "AcDbEntity";
-        if (entity && (inCommonPart || (isCommonEntityCode(item.code) && named == parts.runs.size()))) {
+        const bool namedRunKnowsCode =
+            named < parts.runs.size() && listsCode(runFields(record.type, parts.runs, named), parts.runs[named].tags, item.code);
+        if (entity && (inCommonPart || (isCommonEntityCode(item.code) && !namedRunKnowsCode))) {
             commonItems.push_back(item);
             continue;
         }

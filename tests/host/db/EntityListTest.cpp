@@ -93,9 +93,10 @@ TEST(EntityList, EntModReplacesGroupsInPlaceAndInsertsNewOnes) {
     while (last->rbnext) last = last->rbnext;
     last->rbnext = kcutBuildList(62, 1, RTNONE);
     ASSERT_EQ(kcdbEntMod(list.list), RTNORM);
+    // Only the changed height and the new colour: defaults the list carried are not written out.
     EXPECT_EQ(test::dumpTags(*record),
               "TEXT 5=#A0 330=#1F 100=\"AcDbEntity\" 8=\"0\" 62=1 100=\"AcDbText\" 10=(1,2,0) 40=5 1=\"Hello\" 50=30 "
-              "41=1 51=0 7=\"Standard\" 71=0 72=0 11=(0,0,0) 210=(0,0,1) 100=\"AcDbText\" 73=0");
+              "100=\"AcDbText\"");
 }
 
 TEST(EntityList, EntModRefusals) {
