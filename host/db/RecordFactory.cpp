@@ -11,25 +11,9 @@ namespace korva::db {
 
 namespace {
 
-// Subclass marker of each table's records, and the table's own defaults.
-struct TableLayout {
-    std::string_view table;
-    std::string_view recordMarker;
-};
-
-constexpr TableLayout kTableLayouts[] = {
-    {"VPORT", "AcDbViewportTableRecord"}, {"LTYPE", "AcDbLinetypeTableRecord"},
-    {"LAYER", "AcDbLayerTableRecord"},    {"STYLE", "AcDbTextStyleTableRecord"},
-    {"VIEW", "AcDbViewTableRecord"},      {"UCS", "AcDbUCSTableRecord"},
-    {"APPID", "AcDbRegAppTableRecord"},   {"DIMSTYLE", "AcDbDimStyleTableRecord"},
-    {"BLOCK_RECORD", "AcDbBlockTableRecord"},
-};
-
 std::string_view recordMarkerOf(std::string_view table) {
-    for (const TableLayout& layout : kTableLayouts) {
-        if (namesEqual(layout.table, table)) return layout.recordMarker;
-    }
-    return {};
+    const std::string upper = asciiUpper(table);
+    return tableRecordMarker(typeIdOf(upper));
 }
 
 // Tags of a new record of each table after its name: the values a new record gets.

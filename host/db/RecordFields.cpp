@@ -1,9 +1,12 @@
 // Group look-up by subclass run, and placement of new groups in DXF order.
 #include "db/RecordFields.h"
 
+#include <algorithm>
+#include <optional>
 #include <vector>
 
 #include "db/EntitySchema.h"
+#include "db/RecordParts.h"
 
 namespace korva::db {
 
@@ -40,22 +43,6 @@ void walkSubclass(const TagList& tags, std::string_view marker, Visit&& visit) {
     }
 }
 
-// The field list of a subclass marker of a type, for placing a new group.
-std::span<const FieldSpec> fieldsFor(TypeId type, std::string_view marker) {
-    if (type == Type::Dimension) {
-        auto part = dimensionPartFields(marker);
-        if (!part.empty()) return part;
-    }
-    const TypeSpec* spec = entitySpec(type);
-    if (!spec) return {};
-    for (const SubclassSpec& sub : spec->subclasses) {
-        if (sub.marker == marker) return sub.fields;
-    }
-    // Polylines and vertices name their subclass by kind; the fields are the same.
-    if (type == Type::Polyline || type == Type::Vertex) return spec->subclasses.back().fields;
-    return {};
-}
-
 int fieldIndex(std::span<const FieldSpec> fields, int code) {
     for (size_t i = 0; i < fields.size(); ++i) {
         if (fields[i].code == code) return static_cast<int>(i);
@@ -77,7 +64,7 @@ size_t insertionPoint(const ObjectRecord& record, const std::vector<Tag>& tags, 
         if (tags[i].code == 100) markers = true;
     }
     const bool common = marker == kEntityMarker;
-    const auto fields = fieldsFor(record.type, marker);
+    const auto fields = subclassFields(record.type, marker);
     const int wanted = common ? commonEntityOrder(code) : fieldIndex(fields, code);
     auto orderOf = [&](int otherCode) { return common ? commonEntityOrder(otherCode) : fieldIndex(fields, otherCode); };
 
@@ -99,24 +86,12 @@ size_t insertionPoint(const ObjectRecord& record, const std::vector<Tag>& tags, 
     if (marker.empty()) return xdata;  // no subclass named: the end of the record's data
 
     // Find the run of the marker; the new group goes before the first later group.
-    size_t runStart = 0, runEnd = 0;
-    bool found = false;
-    for (size_t i = 0; i < xdata; ++i) {
-        if (tags[i].code != 100) continue;
-        if (found) {
-            runEnd = i;
-            break;
-        }
-        if (isSameSubclass(marker, tags[i].text)) {
-            found = true;
-            runStart = i + 1;
-            runEnd = xdata;
-        }
-    }
-    if (!found) {
+    const RunRange run = findRun(tags, marker);
+    if (!run.found) {
         needsMarker = true;
         return markerInsertionPoint(record, tags, marker, xdata);
     }
+    const size_t runStart = run.begin, runEnd = run.end;
     for (size_t i = runStart; i < runEnd; ++i) {
         const int other = orderOf(tags[i].code);
         if (wanted >= 0 && other > wanted) return i;
@@ -223,8 +198,8 @@ bool removeField(ObjectRecord& record, std::string_view marker, int code) {
     return true;
 }
 
-void replaceRun(ObjectRecord& record, std::string_view marker, int from, int until, const std::vector<Tag>& replacement) {
-    std::vector<Tag> tags = record.tags.decode();
+RunRange findRun(const std::vector<Tag>& tags, std::string_view marker) {
+    RunRange range;
     size_t xdata = tags.size();
     bool markers = false;
     for (size_t i = 0; i < tags.size(); ++i) {
@@ -234,29 +209,65 @@ void replaceRun(ObjectRecord& record, std::string_view marker, int from, int unt
         }
         if (tags[i].code == 100) markers = true;
     }
-    size_t runStart = markers ? xdata : 0, runEnd = xdata;
-    if (markers) {
-        for (size_t i = 0; i < xdata; ++i) {
-            if (tags[i].code != 100) continue;
-            if (runStart != xdata) {
-                runEnd = i;
-                break;
-            }
-            if (tags[i].text == marker) runStart = i + 1;
+    range.begin = range.end = xdata;
+    if (!markers) {
+        range.begin = 0;
+        range.found = true;
+        return range;
+    }
+    for (size_t i = 0; i < xdata; ++i) {
+        if (tags[i].code != 100) continue;
+        if (range.found) {
+            range.end = i;
+            return range;
+        }
+        if (isSameSubclass(marker, tags[i].text)) {
+            range.found = true;
+            range.begin = i + 1;
         }
     }
-    size_t first = runEnd;
-    for (size_t i = runStart; i < runEnd; ++i) {
+    return range;
+}
+
+void replaceRun(ObjectRecord& record, std::string_view marker, int from, int until, const std::vector<Tag>& replacement) {
+    std::vector<Tag> tags = record.tags.decode();
+    const RunRange run = findRun(tags, marker);
+    size_t first = run.end;
+    for (size_t i = run.begin; i < run.end; ++i) {
         if (tags[i].code == from) {
             first = i;
             break;
         }
     }
     size_t last = first;
-    while (last < runEnd && tags[last].code != until) ++last;
+    while (last < run.end && tags[last].code != until) ++last;
     tags.erase(tags.begin() + static_cast<std::ptrdiff_t>(first), tags.begin() + static_cast<std::ptrdiff_t>(last));
     tags.insert(tags.begin() + static_cast<std::ptrdiff_t>(first), replacement.begin(), replacement.end());
     record.tags = TagList::encode(tags);
+}
+
+void replaceGroups(ObjectRecord& record, std::string_view marker, std::initializer_list<int> codes,
+                   const std::vector<Tag>& replacement) {
+    std::vector<Tag> tags = record.tags.decode();
+    const RunRange run = findRun(tags, marker);
+    std::vector<Tag> kept(tags.begin(), tags.begin() + static_cast<std::ptrdiff_t>(run.begin));
+    if (!run.found) kept.push_back(Tag::string(100, marker));  // a missing subclass goes before the extended data
+    std::optional<size_t> insertAt;
+    bool inGroup = false;
+    for (size_t i = run.begin; i < run.end; ++i) {
+        const Tag& tag = tags[i];
+        if (tag.code == 102) inGroup = !tag.text.empty() && tag.text.front() == '{';
+        const bool matches = !inGroup && tag.code != 102 && std::find(codes.begin(), codes.end(), tag.code) != codes.end();
+        if (matches) {
+            if (!insertAt) insertAt = kept.size();
+            continue;
+        }
+        kept.push_back(tag);
+    }
+    const size_t at = insertAt.value_or(kept.size());
+    kept.insert(kept.begin() + static_cast<std::ptrdiff_t>(at), replacement.begin(), replacement.end());
+    kept.insert(kept.end(), tags.begin() + static_cast<std::ptrdiff_t>(run.end), tags.end());
+    record.tags = TagList::encode(kept);
 }
 
 // Where a missing subclass run goes: after the runs that precede it in the type's order.

@@ -6,6 +6,7 @@
 // where the DXF order of its type puts it, so that nothing else moves.
 #pragma once
 
+#include <initializer_list>
 #include <string_view>
 #include <vector>
 
@@ -39,5 +40,21 @@ std::vector<TagRef> fieldsOf(const ObjectRecord& record, std::string_view marker
 // Replaces the tags of a subclass run from the first tag of code `from` up to the
 // first tag of code `until` or the run's end (repeated data such as vertices).
 void replaceRun(ObjectRecord& record, std::string_view marker, int from, int until, const std::vector<Tag>& tags);
+
+// Removes every group of these codes from the subclass run and puts replacement
+// where the first of them stood (the run's end when there was none; a missing
+// subclass is added before the extended data).
+void replaceGroups(ObjectRecord& record, std::string_view marker, std::initializer_list<int> codes,
+                   const std::vector<Tag>& replacement);
+
+// Where a subclass run lies in a record's decoded tags: [begin, end). A record
+// without markers is one run up to its extended data; when the record has markers
+// but not this one, found is false and begin = end = the start of the extended data.
+struct RunRange {
+    size_t begin = 0;
+    size_t end = 0;
+    bool found = false;
+};
+RunRange findRun(const std::vector<Tag>& tags, std::string_view marker);
 
 }  // namespace korva::db

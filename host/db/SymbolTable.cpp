@@ -5,6 +5,21 @@
 
 namespace korva::db {
 
+std::string_view tableRecordMarker(TypeId type) {
+    switch (type) {
+        case Type::Layer: return "AcDbLayerTableRecord";
+        case Type::Ltype: return "AcDbLinetypeTableRecord";
+        case Type::Style: return "AcDbTextStyleTableRecord";
+        case Type::DimStyle: return "AcDbDimStyleTableRecord";
+        case Type::BlockRecord: return "AcDbBlockTableRecord";
+        case Type::AppId: return "AcDbRegAppTableRecord";
+        case Type::Ucs: return "AcDbUCSTableRecord";
+        case Type::Vport: return "AcDbViewportTableRecord";
+        case Type::View: return "AcDbViewTableRecord";
+        default: return {};
+    }
+}
+
 std::string_view recordName(const ObjectRecord& record) {
     TagRef tag;
     // Group 2 is the name in every table record; a 2 inside a 102 group does not occur.

@@ -27,6 +27,9 @@ private:
     mutable bool indexValid_ = false;
 };
 
+// The subclass marker of a table's records ("AcDbLayerTableRecord", ...), empty for other types.
+std::string_view tableRecordMarker(TypeId type);
+
 // The name of a table record (group 2), empty when it has none.
 std::string_view recordName(const ObjectRecord& record);
 

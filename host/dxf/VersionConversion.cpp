@@ -35,21 +35,6 @@ std::string ConversionLosses::describe() const {
 
 namespace {
 
-std::string_view recordMarkerOf(db::TypeId type) {
-    switch (type) {
-        case Type::Layer: return "AcDbLayerTableRecord";
-        case Type::Ltype: return "AcDbLinetypeTableRecord";
-        case Type::Style: return "AcDbTextStyleTableRecord";
-        case Type::DimStyle: return "AcDbDimStyleTableRecord";
-        case Type::BlockRecord: return "AcDbBlockTableRecord";
-        case Type::AppId: return "AcDbRegAppTableRecord";
-        case Type::Ucs: return "AcDbUCSTableRecord";
-        case Type::Vport: return "AcDbViewportTableRecord";
-        case Type::View: return "AcDbViewTableRecord";
-        default: return {};
-    }
-}
-
 std::string currentBlockName(std::string_view name) {
     if (db::namesEqual(name, "$MODEL_SPACE")) return "*Model_Space";
     if (db::namesEqual(name, "$PAPER_SPACE")) return "*Paper_Space";
@@ -108,7 +93,7 @@ std::vector<Tag> upgradedTags(const ObjectRecord& record) {
         case RecordKind::TableRecord: {
             out = {Tag::handle(db::handleCodeOf(record.type), record.handle), Tag::handle(330, ownerHandleOf(record)),
                    Tag::string(100, "AcDbSymbolTableRecord")};
-            if (std::string_view marker = recordMarkerOf(record.type); !marker.empty()) out.push_back(Tag::string(100, marker));
+            if (std::string_view marker = db::tableRecordMarker(record.type); !marker.empty()) out.push_back(Tag::string(100, marker));
             // Arrow blocks of old dimension styles were names (5, 6, 7); current files hold handles there.
             const bool dimstyle = record.type == Type::DimStyle;
             rest([&](const Tag& t) { return !(dimstyle && (t.code == 5 || t.code == 6 || t.code == 7)); });

@@ -71,9 +71,4 @@ wchar_t* allocatedText(std::string_view stored);
 // The drawing look-ups go to: the record's own, else the working database's (new objects).
 const Drawing* lookupDrawing(const ObjectRecord& record);
 
-// Removes every group of these codes from the subclass run and puts replacement
-// where the first of them stood (the run's end when there was none).
-void replaceGroups(ObjectRecord& record, std::string_view marker, std::initializer_list<int> codes,
-                   const std::vector<Tag>& replacement);
-
 }  // namespace korva::db

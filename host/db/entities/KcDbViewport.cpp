@@ -40,29 +40,8 @@ bool layerHandles(const ObjectRecord& viewport, const KcDbObjectIdArray& ids, st
 
 // Where new 331s go: after the last one, else after 72, else before 90, else at the run's end.
 size_t frozenListPosition(const std::vector<Tag>& tags) {
-    size_t begin = 0, end = tags.size();
-    bool markers = false;
-    for (size_t i = 0; i < tags.size(); ++i) {
-        if (tags[i].code == 1001) {
-            end = i;
-            break;
-        }
-        if (tags[i].code == 100) markers = true;
-    }
-    if (markers) {
-        bool inside = false;
-        for (size_t i = 0; i < end; ++i) {
-            if (tags[i].code != 100) continue;
-            if (inside) {
-                end = i;
-                break;
-            }
-            if (tags[i].text == kViewport) {
-                inside = true;
-                begin = i + 1;
-            }
-        }
-    }
+    const db::RunRange run = db::findRun(tags, kViewport);
+    const size_t begin = run.begin, end = run.end;
     std::optional<size_t> lastFrozen, after72, before90;
     for (size_t i = begin; i < end; ++i) {
         if (tags[i].code == kFrozenLayer) lastFrozen = i + 1;

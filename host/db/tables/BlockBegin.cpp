@@ -56,7 +56,7 @@ void moveStagedBlockGroups(ObjectRecord& blockRecord) {
 }
 
 void renameBlock(ObjectRecord& blockRecord, std::string_view name) {
-    setField(blockRecord, recordMarkerOf(Type::BlockRecord), Tag::string(2, name));
+    setField(blockRecord, tableRecordMarker(Type::BlockRecord), Tag::string(2, name));
     if (!blockRecord.container || !blockRecord.container->begin) return;
     ObjectRecord& begin = *blockRecord.container->begin;
     setField(begin, kBlockBeginMarker, Tag::string(2, name));

@@ -116,7 +116,7 @@ Kcad::ErrorStatus KcDbSymbolTable::add(KcDbObjectId& id, KcDbSymbolTableRecord* 
     if (isBlock && db::isAnonymousNameRequest(name)) name = db::nextAnonymousName(*table, name[1]);
     if (table->find(name)) return Kcad::eDuplicateRecordName;
     if (name != db::recordName(pending)) {
-        db::setField(pending, db::recordMarkerOf(pending.type), db::Tag::string(2, name));
+        db::setField(pending, db::tableRecordMarker(pending.type), db::Tag::string(2, name));
     }
 
     db::Drawing& drawing = *ObjectAccess::record(*this).drawing;

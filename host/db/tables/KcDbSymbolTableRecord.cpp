@@ -17,7 +17,7 @@ namespace {
 
 int64_t recordFlags(const ObjectRecord& record) {
     if (record.type == db::Type::BlockRecord) return db::blockFlags(record);
-    return db::fieldInteger(record, db::recordMarkerOf(record.type), 70, 0);
+    return db::fieldInteger(record, db::tableRecordMarker(record.type), 70, 0);
 }
 
 // Records the drawing cannot do without under their own name.
@@ -77,7 +77,7 @@ Kcad::ErrorStatus KcDbSymbolTableRecord::setName(const wchar_t* name) {
     }
 
     if (isBlock) db::renameBlock(self, stored);
-    else db::setField(self, db::recordMarkerOf(self.type), db::Tag::string(2, stored));
+    else db::setField(self, db::tableRecordMarker(self.type), db::Tag::string(2, stored));
     if (table) {
         table->invalidateIndex();
         renameCurrentSetting(*self.drawing, self.type, oldName, stored);

@@ -25,19 +25,5 @@ SymbolTable* tableOfRecord(const ObjectRecord& record) {
     return nullptr;
 }
 
-std::string_view recordMarkerOf(TypeId type) {
-    switch (type) {
-        case Type::Layer: return "AcDbLayerTableRecord";
-        case Type::Ltype: return "AcDbLinetypeTableRecord";
-        case Type::Style: return "AcDbTextStyleTableRecord";
-        case Type::DimStyle: return "AcDbDimStyleTableRecord";
-        case Type::BlockRecord: return "AcDbBlockTableRecord";
-        case Type::AppId: return "AcDbRegAppTableRecord";
-        case Type::Ucs: return "AcDbUCSTableRecord";
-        case Type::Vport: return "AcDbViewportTableRecord";
-        case Type::View: return "AcDbViewTableRecord";
-        default: return {};
-    }
-}
 
 }  // namespace korva::db

@@ -13,7 +13,5 @@ SymbolTable* tableOfHead(const ObjectRecord& head);
 // The table of a resident record (through its owner, the TABLE head).
 SymbolTable* tableOfRecord(const ObjectRecord& record);
 
-// "AcDbLayerTableRecord" for a LAYER and so on; empty for other types.
-std::string_view recordMarkerOf(TypeId type);
 
 }  // namespace korva::db
