@@ -1,82 +1,43 @@
-// korva: the console of the headless host. For now it opens a drawing (or a new
-// one from the built-in template), reports what it read and saves it.
-#include <cstdio>
-#include <cstring>
-#include <memory>
-#include <string>
+// korva: the console of the headless host. It opens a drawing (or a new one),
+// runs commands from a script, --eval texts or a terminal, and saves it.
+#include <unistd.h>
 
-#include "db/Drawing.h"
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+
+#include "commands/HostCommands.h"
+#include "console/ConsoleOptions.h"
+#include "console/InteractiveInput.h"
 #include "db/DrawingIo.h"
 #include "db/SymbolTable.h"
+#include "db/Utf8.h"
 #include "dxf/DxfReader.h"
 #include "dxf/DxfWriter.h"
+#include "editor/CommandLine.h"
+#include "editor/CommandLoop.h"
+#include "editor/Document.h"
+#include "editor/Editor.h"
+#include "editor/InputQueue.h"
+#include "editor/TextInput.h"
 
 namespace {
 
 constexpr int kExitOk = 0;
+constexpr int kExitStopped = 1;
 constexpr int kExitUsage = 2;
 constexpr int kExitFile = 3;
 
-void printUsage(std::FILE* to) {
-    std::fputs(
-        "usage: korva [OPTIONS] [DRAWING]\n"
-        "  DRAWING              DXF file to open; without it, a new empty drawing\n"
-        "  -o, --save FILE      save the drawing as DXF to FILE (same version as read)\n"
-        "      --dxf-version V  AC1009, AC1012, AC1014, AC1015, AC1018, AC1021, AC1024, AC1027 or AC1032\n"
-        "      --help           show this help\n",
-        to);
-}
+using korva::console::ConsoleOptions;
+using korva::editor::CommandLine;
 
-struct Options {
-    std::string input;
-    std::string output;
-    std::string version;
-};
-
-// Parses the command line; returns false (after printing why) on bad usage.
-bool parseOptions(int argc, char** argv, Options& options, bool& helpShown) {
-    for (int i = 1; i < argc; ++i) {
-        const std::string arg = argv[i];
-        auto value = [&](const char* what) -> const char* {
-            if (i + 1 >= argc) {
-                std::fprintf(stderr, "korva: %s needs %s\n", arg.c_str(), what);
-                return nullptr;
-            }
-            return argv[++i];
-        };
-        if (arg == "-o" || arg == "--save") {
-            const char* v = value("a file name");
-            if (!v) return false;
-            options.output = v;
-        } else if (arg == "--dxf-version") {
-            const char* v = value("a version such as AC1032");
-            if (!v) return false;
-            options.version = v;
-            if (!korva::dxf::isWritableVersion(options.version)) {
-                std::fprintf(stderr, "korva: unknown DXF version \"%s\"\n", v);
-                return false;
-            }
-        } else if (arg == "--help" || arg == "-h") {
-            printUsage(stdout);
-            helpShown = true;
-            return true;
-        } else if (!arg.empty() && arg[0] == '-') {
-            std::fprintf(stderr, "korva: unknown option \"%s\"\n", arg.c_str());
-            return false;
-        } else if (options.input.empty()) {
-            options.input = arg;
-        } else {
-            std::fprintf(stderr, "korva: more than one drawing given (\"%s\")\n", arg.c_str());
-            return false;
-        }
-    }
+bool readText(const std::string& path, std::wstring& text) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) return false;
+    std::ostringstream bytes;
+    bytes << in.rdbuf();
+    text = korva::db::utf8ToWide(bytes.str());
     return true;
-}
-
-size_t liveCount(const std::vector<korva::db::ObjectRecord*>& records) {
-    size_t n = 0;
-    for (const auto* r : records) n += r->erased ? 0 : 1;
-    return n;
 }
 
 size_t entityCount(const korva::db::Drawing& d) {
@@ -88,54 +49,114 @@ size_t entityCount(const korva::db::Drawing& d) {
     return n;
 }
 
-// Blocks the user defined: every block record but the layouts.
-size_t blockCount(const korva::db::Drawing& d) {
-    const korva::db::SymbolTable* blocks = d.table("BLOCK_RECORD");
-    if (!blocks) return 0;
+size_t liveRecords(const korva::db::Drawing& d, const char* table, bool withoutLayouts) {
+    const korva::db::SymbolTable* t = d.table(table);
+    if (!t) return 0;
     size_t n = 0;
-    for (const auto* r : blocks->records) n += (!r->erased && !d.isLayoutBlock(r) && r != d.modelSpace()) ? 1 : 0;
+    for (const auto* r : t->records) {
+        if (r->erased || (withoutLayouts && (d.isLayoutBlock(r) || r == d.modelSpace()))) continue;
+        ++n;
+    }
     return n;
+}
+
+// Opens the drawing the options name, or a new one; prints the one-line summary.
+bool openDrawing(const ConsoleOptions& options) {
+    std::unique_ptr<korva::db::Drawing> drawing;
+    size_t repairs = 0;
+    if (options.drawing.empty()) {
+        drawing = korva::db::newDrawingFromTemplate();
+    } else {
+        auto result = korva::dxf::readDxfFile(options.drawing);
+        if (!result.ok()) {
+            std::fprintf(stderr, "korva: %s\n", result.error.c_str());
+            return false;
+        }
+        for (const auto& repair : result.audit.repairs()) {
+            CommandLine::instance().print(L"Repaired: " + korva::db::utf8ToWide(repair.message) + L"\n");
+        }
+        repairs = result.audit.count();
+        drawing = std::move(result.drawing);
+    }
+    const korva::db::Drawing& d = *drawing;
+    wchar_t summary[512];
+    std::swprintf(summary, 512, L"%ls: %s%ls, %zu entities, %zu layers, %zu blocks, %zu repairs\n",
+                  options.drawing.empty() ? L"(new drawing)" : korva::db::utf8ToWide(options.drawing).c_str(),
+                  d.format.version.c_str(), d.format.binary ? L" binary" : L"", entityCount(d),
+                  liveRecords(d, "LAYER", false), liveRecords(d, "BLOCK_RECORD", true), repairs);
+    CommandLine::instance().print(summary);
+    korva::editor::Session::instance().open(std::make_unique<KcDbDatabase>(std::move(drawing)), options.drawing);
+    return true;
+}
+
+bool queueInput(const ConsoleOptions& options) {
+    auto& queue = korva::editor::InputQueue::instance();
+    if (!options.script.empty()) {
+        std::wstring text;
+        if (!readText(options.script, text)) {
+            std::fprintf(stderr, "korva: cannot read the script \"%s\"\n", options.script.c_str());
+            return false;
+        }
+        queue.addSource(std::make_unique<korva::editor::TextInput>(std::move(text)));
+    }
+    for (const std::string& eval : options.evals) {
+        queue.addSource(std::make_unique<korva::editor::TextInput>(korva::db::utf8ToWide(eval) + L"\n"));
+    }
+    if (options.script.empty() && options.evals.empty() && ::isatty(STDIN_FILENO)) {
+        queue.addSource(korva::console::terminalInput());
+    }
+    return true;
+}
+
+bool saveDrawing(const ConsoleOptions& options) {
+    korva::editor::Document* document = korva::editor::Session::instance().current();
+    if (!document) return true;
+    korva::dxf::WriteOptions write;
+    write.version = options.dxfVersion;
+    korva::dxf::ConversionLosses losses;
+    const std::string error = korva::dxf::saveDxfFile(document->drawing(), options.saveAs, write, &losses);
+    if (!error.empty()) {
+        std::fprintf(stderr, "korva: %s\n", error.c_str());
+        return false;
+    }
+    if (losses.total() > 0) {
+        CommandLine::instance().print(L"Saved without what " + korva::db::utf8ToWide(options.dxfVersion) +
+                                      L" cannot hold: " + korva::db::utf8ToWide(losses.describe()) + L"\n");
+    }
+    CommandLine::instance().print(L"Saved " + korva::db::utf8ToWide(options.saveAs) + L"\n");
+    return true;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    Options options;
-    bool helpShown = false;
-    if (!parseOptions(argc, argv, options, helpShown)) {
-        printUsage(stderr);
+    ConsoleOptions options;
+    std::string error;
+    if (!korva::console::parseOptions(argc, argv, options, error)) {
+        std::fprintf(stderr, "korva: %s\n\n%s", error.c_str(), korva::console::helpText());
         return kExitUsage;
     }
-    if (helpShown) return kExitOk;
+    if (options.help) {
+        std::fputs(korva::console::helpText(), stdout);
+        return kExitOk;
+    }
+    if (options.version) {
+        std::puts("korva 0.1.0");
+        return kExitOk;
+    }
+    CommandLine& line = CommandLine::instance();
+    line.setQuiet(options.quiet);
+    if (!options.transcript.empty() && !line.openTranscript(options.transcript)) {
+        std::fprintf(stderr, "korva: cannot write the transcript \"%s\"\n", options.transcript.c_str());
+        return kExitUsage;
+    }
+    korva::editor::initializeEditor();
+    korva::commands::registerHostCommands();
+    if (!queueInput(options)) return kExitUsage;
+    if (!openDrawing(options)) return kExitFile;
 
-    std::unique_ptr<korva::db::Drawing> drawing;
-    size_t repairs = 0;
-    if (options.input.empty()) {
-        drawing = korva::db::newDrawingFromTemplate();
-    } else {
-        auto result = korva::dxf::readDxfFile(options.input);
-        if (!result.ok()) {
-            std::fprintf(stderr, "korva: %s\n", result.error.c_str());
-            return kExitFile;
-        }
-        for (const auto& repair : result.audit.repairs()) std::printf("repaired: %s\n", repair.message.c_str());
-        repairs = result.audit.count();
-        drawing = std::move(result.drawing);
-    }
-    const korva::db::SymbolTable* layers = drawing->table("LAYER");
-    std::printf("%s: %s%s, %zu entities, %zu layers, %zu blocks, %zu repairs\n",
-                options.input.empty() ? "(new drawing)" : options.input.c_str(), drawing->format.version.c_str(),
-                drawing->format.binary ? " binary" : "", entityCount(*drawing), layers ? liveCount(layers->records) : 0,
-                blockCount(*drawing), repairs);
-    if (!options.output.empty()) {
-        korva::dxf::WriteOptions write;
-        write.version = options.version;
-        const std::string error = korva::dxf::saveDxfFile(*drawing, options.output, write);
-        if (!error.empty()) {
-            std::fprintf(stderr, "korva: %s\n", error.c_str());
-            return kExitFile;
-        }
-        std::printf("saved %s\n", options.output.c_str());
-    }
-    return kExitOk;
+    const bool completed = korva::editor::CommandLoop::instance().run();
+    if (!options.saveAs.empty() && !saveDrawing(options)) return kExitFile;
+    line.closeTranscript();
+    return completed ? kExitOk : kExitStopped;
 }

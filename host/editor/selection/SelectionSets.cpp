@@ -1,0 +1,8 @@
+// Placeholder until selection sets land.
+#include "editor/selection/SelectionSets.h"
+
+namespace korva::editor {
+
+void installSelectionCleanup() {}
+
+}  // namespace korva::editor
