@@ -1,0 +1,71 @@
+// Whole-program runs of korva: options, exit statuses, the transcript, quiet
+// mode, scripts on copies of corpus drawings and saved results that the
+// independent reader opens.
+#include <gtest/gtest.h>
+
+#include "RunKorva.h"
+#include "TestFiles.h"
+
+namespace korva {
+namespace {
+
+using test::runKorva;
+
+TEST(Console, ExitStatusesFollowTheOutcome) {
+    test::TempDir dir;
+    test::writeFileBytes(dir.file("ok.scr"), "ORTHOMODE\n1\n");
+    test::writeFileBytes(dir.file("stops.scr"), "NOSUCHCOMMAND\n");
+    test::writeFileBytes(dir.file("broken.dxf"), "  0\nSECTION\n  2\n");
+    const struct {
+        std::vector<std::string> arguments;
+        int status;
+        const char* says;
+    } cases[] = {
+        {{"-s", dir.file("ok.scr").string()}, 0, "Command: ORTHOMODE"},
+        {{"-s", dir.file("stops.scr").string()}, 1, "Unknown command \"NOSUCHCOMMAND\""},
+        {{"--no-such-option"}, 2, "unknown option"},
+        {{"-s", dir.file("missing.scr").string()}, 2, "cannot read the script"},
+        {{dir.file("broken.dxf").string(), "-e", "ORTHOMODE 1"}, 3, "line 3"},
+        {{test::corpusFile("ezdxf__3dface.dxf").string(), "-e", "ORTHOMODE 1", "-o", "/no/such/folder/out.dxf"}, 3, "cannot"},
+        {{"--help"}, 0, "Exit status"},
+    };
+    for (const auto& c : cases) {
+        const auto run = runKorva(c.arguments);
+        EXPECT_EQ(run.exitStatus, c.status) << run.output;
+        EXPECT_NE(run.output.find(c.says), std::string::npos) << run.output;
+    }
+}
+
+TEST(Console, TranscriptHoldsThePromptsAndAnswersAndQuietModeShowsNothing) {
+    test::TempDir dir;
+    const auto transcript = dir.file("session.log");
+    const auto run = runKorva({"-q", "--transcript", transcript.string(), "-e", "ORTHOMODE\n1\n"});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_EQ(run.output, "") << "quiet mode";
+    const std::string log = test::readFileBytes(transcript);
+    EXPECT_NE(log.find("Command: ORTHOMODE\nEnter new value for ORTHOMODE <0>: 1\n"), std::string::npos) << log;
+}
+
+TEST(Console, ScriptsRunInOrderAndTheSavedDrawingOpensElsewhere) {
+    test::TempDir dir;
+    test::writeFileBytes(dir.file("first.scr"), "CLAYER\n0\n");
+    const auto saved = dir.file("out.dxf");
+    const auto run = runKorva({test::corpusFile("qcad__examples_flange.dxf").string(), "-s", dir.file("first.scr").string(),
+                               "-e", "ORTHOMODE 1", "-o", saved.string()});
+    EXPECT_EQ(run.exitStatus, 0) << run.output;
+    EXPECT_LT(run.output.find("Command: CLAYER"), run.output.find("Command: ORTHOMODE")) << "the script runs before --eval";
+    for (const std::string& complaint : test::openWithIndependentReader({{saved, test::corpusFile("qcad__examples_flange.dxf")}})) {
+        ADD_FAILURE() << complaint;
+    }
+    EXPECT_NE(test::readFileBytes(saved).find("$ORTHOMODE\n 70\n1\n"), std::string::npos);
+}
+
+TEST(Console, InputWithoutATerminalIsNotReadInteractively) {
+    // Standard input is a pipe here: korva runs no command line and exits normally.
+    const auto run = runKorva({}, "ORTHOMODE\n1\n");
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_EQ(run.output.find("Enter new value"), std::string::npos) << run.output;
+}
+
+}  // namespace
+}  // namespace korva
