@@ -3,7 +3,6 @@
 
 #include <cmath>
 
-#include "db/Drawing.h"
 #include "db/RecordFields.h"
 #include "geom/Ocs.h"
 
@@ -27,20 +26,6 @@ int64_t verticalMode(const ObjectRecord& text) {
 bool isJustifiedText(const ObjectRecord& text) {
     const int64_t horizontal = fieldInteger(text, textMarker(text), 72, 0);
     return horizontal != 0 || verticalMode(text) != 0;
-}
-
-TextStyleMetrics textStyleOf(const ObjectRecord& text) {
-    TextStyleMetrics style;
-    style.height = fieldReal(text, "AcDbText", 40, 2.5);
-    style.widthFactor = fieldReal(text, "AcDbText", 41, 1.0);
-    style.oblique = fieldReal(text, "AcDbText", 51, 0.0) * kDegree;
-    if (text.drawing) {
-        if (const ObjectRecord* record = text.drawing->tableRecord("STYLE", fieldText(text, "AcDbText", 7, "Standard"))) {
-            style.fontFile = fieldText(*record, {}, 3);
-            style.bigFontFile = fieldText(*record, {}, 4);
-        }
-    }
-    return style;
 }
 
 double mtextRotation(const ObjectRecord& mtext) {

@@ -11,10 +11,6 @@ namespace korva::db {
 // Whether a TEXT, ATTRIB or ATTDEF record is justified other than left/baseline.
 bool isJustifiedText(const ObjectRecord& text);
 
-// The style metrics of a text record (its height, width factor, oblique angle
-// and the font of its style).
-TextStyleMetrics textStyleOf(const ObjectRecord& text);
-
 // Recomputes group 10 of a justified text from group 11; leaves other texts alone.
 void alignTextPosition(ObjectRecord& text);
 

@@ -1,7 +1,7 @@
 // MTEXT (AcDbMText): 10 location and 11 direction (world), 40 text height,
 // 41 reference width, 71 attachment, 72 flow direction, the contents in 250-
 // character chunks (3 ..., then 1), 7 style, 210 normal, 42/43 actual width and
-// height, 50 rotation (radians, overridden by 11), 73 line spacing style and
+// height (as saved; the API measures them), 50 rotation (radians, overridden by 11), 73 line spacing style and
 // 44 spacing factor.
 #include <cmath>
 
@@ -10,6 +10,7 @@
 #include "db/ObjectAccess.h"
 #include "db/Utf8.h"
 #include "db/entities/EntityFields.h"
+#include "db/geometry/MTextLayout.h"
 #include "geom/Ocs.h"
 
 namespace db = korva::db;
@@ -164,8 +165,10 @@ Kcad::ErrorStatus KcDbMText::setWidth(double width) {
     return Kcad::eOk;
 }
 
-double KcDbMText::actualHeight() const { return db::fieldReal(record(), kMText, 43, 0.0); }
-double KcDbMText::actualWidth() const { return db::fieldReal(record(), kMText, 42, 0.0); }
+// Measured from the contents with the style's font (the stored 42 and 43 are what
+// the program that saved the file measured, and go stale when the contents change).
+double KcDbMText::actualHeight() const { return db::geometry::layoutMText(record()).height; }
+double KcDbMText::actualWidth() const { return db::geometry::layoutMText(record()).width; }
 
 KcDbObjectId KcDbMText::textStyle() const {
     const db::Drawing* drawing = db::lookupDrawing(record());

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <functional>
 
+#include "../fonts/FontExpectations.h"
 #include "EntityTestSupport.h"
 #include "db/RecordFields.h"
 #include "db/RecordTags.h"
@@ -45,6 +46,12 @@ double stored(const db::ObjectRecord& record, int code) {
 KcGePoint3d storedPoint(const db::ObjectRecord& record, int code) {
     db::TagRef tag;
     return db::findField(record, {}, code, tag) ? tag.point() : KcGePoint3d(-999, -999, -999);
+}
+
+// The centre of a text's box in the template's Standard style (an SHX font: the fallback font).
+double boxCentre(const char* text, double height) {
+    const db::TextBox box = FontExpectation(kFallbackFamily).box(text, height);
+    return (box.left + box.right) / 2.0;
 }
 
 void expectPoint(const KcGePoint3d& actual, const KcGePoint3d& expected) {
@@ -131,22 +138,22 @@ std::vector<SetterCase> setterCases() {
                      see<KcDbText>([](KcDbText& e, const db::ObjectRecord&) {
                          EXPECT_STREQ(e.textStringConst(), L"W\u00f6rld");
                      })});
-    // Centred at (10, 0): 4 characters of 0.6 x 4 wide put the insertion point 4.8 to the left.
+    // Centred at (10, 0): the insertion point lies half the box of "ABCD" at height 4 to the left.
     cases.push_back({"CentredTextHeightMovesTheInsertionPoint",
                      modern(modernHead("TEXT", "104", "AcDbText") +
                             dxfTags({{10, "0.0"}, {20, "0.0"}, {30, "0.0"}, {40, "2.0"}, {1, "ABCD"}, {72, "1"},
                                      {11, "10.0"}, {21, "0.0"}, {31, "0.0"}, {100, "AcDbText"}})),
                      0x104, {40, 10}, as<KcDbText>([](KcDbText& e) { return e.setHeight(4.0); }),
                      see<KcDbText>([](KcDbText& e, const db::ObjectRecord&) {
-                         expectPoint(e.position(), {5.2, 0, 0});
+                         expectPoint(e.position(), {10.0 - boxCentre("ABCD", 4.0), 0, 0});
                          expectPoint(e.alignmentPoint(), {10, 0, 0});
                      })});
-    // "AB" at height 1 is 1.2 wide: centring keeps the text, the alignment point goes to 0.6 right.
+    // Centring "AB" at height 1 keeps the text: the alignment point goes to the centre of its box.
     cases.push_back({"LeftTextSwitchedToCentreKeepsItsPlace", modern(leftText("105")), 0x105, {72, 11},
                      as<KcDbText>([](KcDbText& e) { return e.setHorizontalMode(KcDb::kTextCenter); }),
                      see<KcDbText>([](KcDbText& e, const db::ObjectRecord&) {
                          expectPoint(e.position(), {2, 3, 0});
-                         expectPoint(e.alignmentPoint(), {2.6, 3, 0});
+                         expectPoint(e.alignmentPoint(), {2.0 + boxCentre("AB", 1.0), 3, 0});
                      })});
     cases.push_back({"TextVerticalModeGoesAfterTheSecondMarker", modern(leftText("106")), 0x106, {73, 11},
                      as<KcDbText>([](KcDbText& e) { return e.setVerticalMode(KcDb::kTextTop); }),
@@ -175,7 +182,7 @@ std::vector<SetterCase> setterCases() {
                          EXPECT_STREQ(e.promptConst(), L"Which?");
                          EXPECT_TRUE(e.lockPositionInBlock());
                      })});
-    // "v" centred and middle at (5, 0): 0.3 to the left, half the height down.
+    // "v" centred and middle at (5, 0): half its box to the left, half the height down.
     cases.push_back({"AttributeVerticalModeIsGroup74",
                      modern(modernHead("INSERT", "110", "AcDbBlockReference") +
                             dxfTags({{66, "1"}, {2, "BLK"}, {10, "0.0"}, {20, "0.0"}, {30, "0.0"}}) +
@@ -187,7 +194,7 @@ std::vector<SetterCase> setterCases() {
                      0x111, {74, 10}, as<KcDbAttribute>([](KcDbAttribute& e) { return e.setVerticalMode(KcDb::kTextVertMid); }),
                      see<KcDbAttribute>([](KcDbAttribute& e, const db::ObjectRecord& r) {
                          EXPECT_EQ(stored(r, 74), 2.0);
-                         expectPoint(e.position(), {4.7, -0.5, 0});
+                         expectPoint(e.position(), {5.0 - boxCentre("v", 1.0), -0.5, 0});
                      })});
     cases.push_back({"MTextContentsInChunksOf250", modern(mtext("113", false)), 0x113, {3, 1},
                      as<KcDbMText>([](KcDbMText& e) { return e.setContents(std::wstring(600, L'x').c_str()); }),

@@ -1,8 +1,10 @@
 // Single-line text: the text box estimate, justification (the alignment point
-// is the master of every justification but left/baseline), the defaults of a
-// new text, and the attribute variants.
+// is the master of every justification but left/baseline) with the boxes of the
+// font the template's Standard style uses, the defaults of a new text, and the
+// attribute variants.
 #include <cmath>
 
+#include "../fonts/FontExpectations.h"
 #include "EntityTestSupport.h"
 #include "db/RecordFields.h"
 #include "db/TextMetrics.h"
@@ -24,7 +26,7 @@ struct EstimateCase {
     double characters;  // shown characters, each 0.6 x height x width factor wide
 };
 
-// %% codes show one character, %%u and %%o none; carets and UTF-8 sequences one.
+// %% codes show one character, %%u, %%o and %%k none; carets and UTF-8 sequences one.
 TEST(TextMetrics, EstimateCountsTheCharactersATextShows) {
     const EstimateCase cases[] = {
         {"ABC", 3},      {"%%d30", 3},    {"%%c10%%p", 4}, {"%%%", 1},     {"%%uunder%%u", 5},
@@ -47,20 +49,30 @@ TEST(TextMetrics, EstimateCountsTheCharactersATextShows) {
 
 db::TextBox fixedBox(std::string_view, const db::TextStyleMetrics&) { return {0.0, 10.0, -1.0, 3.0}; }
 
-// An installed measurer replaces the estimate until it is removed.
+// An installed measurer replaces the one before until it is removed; without any, texts are estimated.
 TEST(TextMetrics, InstalledMeasurerIsUsed) {
-    db::installTextMeasurer(&fixedBox);
+    const db::TextMeasurer host = db::installTextMeasurer(&fixedBox);
     const db::TextBox measured = db::measureText("x", {});
-    db::installTextMeasurer(nullptr);
+    EXPECT_EQ(db::installTextMeasurer(nullptr), &fixedBox);
+    const db::TextBox estimated = db::measureText("x", {});
+    db::installTextMeasurer(host);
     EXPECT_EQ(measured.right, 10.0);
-    EXPECT_DOUBLE_EQ(db::measureText("x", {}).right, 0.6 * 2.5);
+    EXPECT_DOUBLE_EQ(estimated.right, 0.6 * 2.5);
 }
+
+// The width of a text in the template's Standard style (SHX, so the fallback font) at height 2.
+db::TextBox standardBox(const char* text) { return FontExpectation(kFallbackFamily).box(text, 2.0); }
+
+// Where the alignment point lies in a box, in the text's own axes from the insertion point.
+enum class Along { Start, Centre, End };
+enum class Across { Baseline, Bottom, Middle, Top };
 
 struct JustificationCase {
     int horizontal;
     int vertical;
     double rotationDegrees;
-    double dx, dy;  // the alignment point in the text's own axes, from the insertion point
+    Along dx;
+    Across dy;
 };
 
 void PrintTo(const JustificationCase& c, std::ostream* out) {
@@ -69,13 +81,19 @@ void PrintTo(const JustificationCase& c, std::ostream* out) {
 
 class TextJustification : public ::testing::TestWithParam<JustificationCase> {};
 
-// "ABCD" at height 2 is 4.8 wide, reaches 0.6 below the baseline and 2 above;
-// the insertion point is the alignment point less the offset, turned with the text.
+// "ABCDgj" at height 2 is measured with its font; the insertion point is the
+// alignment point less the offset into the box, turned with the text.
 TEST_P(TextJustification, InsertionPointFollowsTheAlignmentPoint) {
     const JustificationCase& c = GetParam();
+    const db::TextBox box = standardBox("ABCDgj");
+    const double dx = c.dx == Along::Start ? 0.0 : c.dx == Along::End ? box.right : (box.left + box.right) / 2.0;
+    const double dy = c.dy == Across::Baseline ? 0.0
+                      : c.dy == Across::Bottom ? box.bottom
+                      : c.dy == Across::Middle ? 1.0
+                                               : 2.0;
     const std::string dxf = modernDxf(
         {modernHead("TEXT", "100", "AcDbText") +
-         dxfTags({{10, "0.0"}, {20, "0.0"}, {30, "0.0"}, {40, "2.0"}, {1, "ABCD"},
+         dxfTags({{10, "0.0"}, {20, "0.0"}, {30, "0.0"}, {40, "2.0"}, {1, "ABCDgj"},
                   {50, std::to_string(c.rotationDegrees)}, {72, std::to_string(c.horizontal)}, {11, "10.0"},
                   {21, "5.0"}, {31, "0.0"}, {100, "AcDbText"}, {73, std::to_string(c.vertical)}})});
     auto database = loadDatabase(dxf);
@@ -84,17 +102,20 @@ TEST_P(TextJustification, InsertionPointFollowsTheAlignmentPoint) {
     ASSERT_TRUE(text);
     ASSERT_EQ(text->adjustAlignment(), Kcad::eOk);
     const double a = c.rotationDegrees * kPi / 180.0;
-    expectPoint(text->position(), 10.0 - (c.dx * std::cos(a) - c.dy * std::sin(a)),
-                5.0 - (c.dx * std::sin(a) + c.dy * std::cos(a)));
+    expectPoint(text->position(), 10.0 - (dx * std::cos(a) - dy * std::sin(a)),
+                5.0 - (dx * std::sin(a) + dy * std::cos(a)));
     expectPoint(text->alignmentPoint(), 10.0, 5.0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Entities, TextJustification,
-                         ::testing::Values(JustificationCase{1, 0, 0, 2.4, 0}, JustificationCase{2, 0, 0, 4.8, 0},
-                                           JustificationCase{4, 0, 0, 2.4, 1.0}, JustificationCase{0, 1, 0, 0, -0.6},
-                                           JustificationCase{1, 2, 0, 2.4, 1.0}, JustificationCase{2, 3, 0, 4.8, 2.0},
-                                           JustificationCase{2, 3, 90, 4.8, 2.0},
-                                           JustificationCase{1, 1, 30, 2.4, -0.6}));
+                         ::testing::Values(JustificationCase{1, 0, 0, Along::Centre, Across::Baseline},
+                                           JustificationCase{2, 0, 0, Along::End, Across::Baseline},
+                                           JustificationCase{4, 0, 0, Along::Centre, Across::Middle},
+                                           JustificationCase{0, 1, 0, Along::Start, Across::Bottom},
+                                           JustificationCase{1, 2, 0, Along::Centre, Across::Middle},
+                                           JustificationCase{2, 3, 0, Along::End, Across::Top},
+                                           JustificationCase{2, 3, 90, Along::End, Across::Top},
+                                           JustificationCase{1, 1, 30, Along::Centre, Across::Bottom}));
 
 std::string rightText(std::string_view handle, std::string_view horizontal = "2") {
     return modernHead("TEXT", handle, "AcDbText") +
@@ -109,9 +130,10 @@ TEST(EntityText, NewStringOfARightAlignedTextMovesItsStart) {
     Opened<KcDbText> text(*database, 0x100, KcDb::kForWrite);
     ASSERT_TRUE(text);
     ASSERT_EQ(text->setTextString(L"ABCD"), Kcad::eOk);
-    expectPoint(text->position(), 5.2, 5.0);
+    const double width = standardBox("ABCD").right;
+    expectPoint(text->position(), 10.0 - width, 5.0);
     ASSERT_EQ(text->setAlignmentPoint({20, 0, 0}), Kcad::eOk);
-    expectPoint(text->position(), 15.2, 0.0);
+    expectPoint(text->position(), 20.0 - width, 0.0);
     expectPoint(text->alignmentPoint(), 20, 0);
 }
 
@@ -123,7 +145,7 @@ TEST(EntityText, SetPositionMovesAJustifiedTextWhole) {
         Opened<KcDbText> right(*database, 0x100, KcDb::kForWrite);
         ASSERT_EQ(right->setPosition({0, 0, 0}), Kcad::eOk);
         expectPoint(right->position(), 0, 0);
-        expectPoint(right->alignmentPoint(), 2.4, 0);
+        expectPoint(right->alignmentPoint(), 10.0 - 7.6, 0);  // both points move by the same offset
     }
     Opened<KcDbText> aligned(*database, 0x101, KcDb::kForWrite);
     ASSERT_EQ(aligned->setPosition({0, 0, 0}), Kcad::eOk);

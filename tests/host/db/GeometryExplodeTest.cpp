@@ -282,8 +282,9 @@ TEST(ExplodeMText, OneTextPerLineWithoutFormatCodes) {
     EXPECT_EQ(db::fieldText(first, {}, 1), "First");
     EXPECT_EQ(db::fieldText(second, {}, 1), "Second line");
     EXPECT_TRUE(test::near(db::fieldPoint(first, {}, 10), {0, 8, 0}));
-    EXPECT_TRUE(test::near(db::fieldPoint(second, {}, 10), {0, 8 - 2 * 5.0 / 3.0, 0}));
-    EXPECT_DOUBLE_EQ(db::fieldReal(second, {}, 40), 2.0);
+    // "\H3;" makes the second line 3 high: it lies its pitch below the first.
+    EXPECT_TRUE(test::near(db::fieldPoint(second, {}, 10), {0, 8 - 3 * 5.0 / 3.0, 0}));
+    EXPECT_DOUBLE_EQ(db::fieldReal(second, {}, 40), 3.0);
     EXPECT_EQ(db::fieldText(second, {}, 8), "NOTES");
 }
 

@@ -1,9 +1,11 @@
 // World extents of every entity type against boxes computed by hand from the DXF
 // groups: arcs crossing an axis, bulged polylines in a downward OCS, texts measured
-// by a fixed measurer, nested and arrayed block references, dimensions, hatches.
+// by a fixed measurer (MTEXT with the fallback font), nested and arrayed block
+// references, dimensions, hatches.
 #include <cmath>
 #include <numbers>
 
+#include "../fonts/FontExpectations.h"
 #include "GeometryTestSupport.h"
 #include "db/EntityGeometry.h"
 
@@ -203,23 +205,30 @@ TEST(TextExtents, AttributeDefinitionShowsItsTag) {
     EXPECT_TRUE(test::boxNear(box, {0, 0, 0}, {3, 1, 0}));
 }
 
-TEST(MTextExtents, StoredSizePlacedByAttachmentAndDirection) {
+// The box is the measured text (the stored 42 and 43 are ignored), placed by the
+// attachment point and turned by the direction. No style table: the fallback font.
+TEST(MTextExtents, MeasuredSizePlacedByAttachmentAndDirection) {
     const auto drawing = test::readSnippet(
         "0 MTEXT\n100 AcDbEntity\n8 0\n100 AcDbMText\n10 10\n20 10\n30 0\n40 1\n41 8\n71 5\n72 1\n1 Some text\n"
         "11 0\n21 1\n31 0\n42 8\n43 4\n");
     geom::Box3d box;
     ASSERT_TRUE(db::entityExtents(drawing.entity(0), box));
-    // Middle centre: 8 along the direction (world y), 4 across it (world -x for up).
-    EXPECT_TRUE(test::boxNear(box, {8, 6, 0}, {12, 14, 0}));
+    const double width = test::FontExpectation(test::kFallbackFamily).box("Some text", 1.0).right;
+    // Middle centre: the width along the direction (world y), the height of one line across it (world -x for up).
+    EXPECT_TRUE(test::boxNear(box, {9.5, 10 - width / 2, 0}, {10.5, 10 + width / 2, 0}, 1e-6));
 }
 
-TEST(MTextExtents, WithoutStoredSizeUsesReferenceWidthAndLineCount) {
+// Wrapping within the reference width leaves the lines as they are: the widest
+// line is the width, the line count at the pitch the height.
+TEST(MTextExtents, ActualSizeIsTheWidestLineAndTheLineCount) {
     const auto drawing = test::readSnippet(
         "0 MTEXT\n100 AcDbEntity\n8 0\n100 AcDbMText\n10 0\n20 0\n30 0\n40 1.5\n41 6\n71 1\n"
         "1 {\\fArial|b1;One}\\PTwo\n");
     geom::Box3d box;
     ASSERT_TRUE(db::entityExtents(drawing.entity(0), box));
-    EXPECT_TRUE(test::boxNear(box, {0, -2 * 1.5 * 5.0 / 3.0, 0}, {6, 0, 0}));
+    const test::FontExpectation font(test::kFallbackFamily);
+    const double width = std::max(font.box("One", 1.5).right, font.box("Two", 1.5).right);
+    EXPECT_TRUE(test::boxNear(box, {0, -1.5 * (1 + 5.0 / 3.0), 0}, {width, 0, 0}, 1e-6));
 }
 
 TEST(InsertExtents, VisibleAttributesAddTheirBoxes) {

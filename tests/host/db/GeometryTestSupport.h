@@ -96,13 +96,16 @@ inline db::TextBox unitMeasurer(std::string_view text, const db::TextStyleMetric
     return box;
 }
 
-// Installs the unit measurer for the life of the object.
+// Installs the unit measurer for the life of the object, then puts the host's back.
 class UnitTextMeasurer {
 public:
-    UnitTextMeasurer() { db::installTextMeasurer(&unitMeasurer); }
-    ~UnitTextMeasurer() { db::installTextMeasurer(nullptr); }
+    UnitTextMeasurer() : previous_(db::installTextMeasurer(&unitMeasurer)) {}
+    ~UnitTextMeasurer() { db::installTextMeasurer(previous_); }
     UnitTextMeasurer(const UnitTextMeasurer&) = delete;
     UnitTextMeasurer& operator=(const UnitTextMeasurer&) = delete;
+
+private:
+    db::TextMeasurer previous_;
 };
 
 // Saving the drawing and reading the file again gives the same records and tags.
