@@ -7,6 +7,7 @@
 #include "db/RecordFields.h"
 #include "db/RecordTags.h"
 #include "db/TextCase.h"
+#include "db/tables/BlockBegin.h"
 #include "kcdbdatabase.h"
 
 namespace korva::db {
@@ -195,6 +196,16 @@ bool isOnLockedLayer(const ObjectRecord& entity) {
     return record && (fieldInteger(*record, {}, 70, 0) & 4) != 0;
 }
 
+// Whether a record lies inside an external reference: an entity (or a sub-entity)
+// of a block that is an xref (BLOCK flag 4) or xref-dependent (16). Such contents
+// come from the xref's file and are read-only.
+static bool isInsideXref(const ObjectRecord& record) {
+    if (!record.isEntity()) return false;
+    const ObjectRecord* owner = record.owner;
+    while (owner && owner->isEntity()) owner = owner->owner;
+    return owner && owner->type == Type::BlockRecord && (blockFlags(*owner) & (BlockFlag::External | BlockFlag::Dependent));
+}
+
 Kcad::ErrorStatus ObjectAccess::open(KcDbObject*& object, ObjectRecord& record, KcDb::OpenMode mode, bool openErased) {
     object = nullptr;
     if (record.erased && !openErased) return Kcad::eWasErased;
@@ -202,6 +213,7 @@ Kcad::ErrorStatus ObjectAccess::open(KcDbObject*& object, ObjectRecord& record, 
     if (mode == KcDb::kForWrite) {
         if (record.readers > 0) return Kcad::eWasOpenForRead;
         if (isOnLockedLayer(record)) return Kcad::eOnLockedLayer;
+        if (isInsideXref(record)) return Kcad::eNotApplicable;
     }
     KcDbObject* view = newView(record);
     view->m_record = &record;
