@@ -1,6 +1,8 @@
 // korva_bench: DXF load and save benchmarks on generated drawings of 10k, 100k
 // and 1M entities (--sizes N,N,... to choose), ending with a table of the
-// rates, their ratio to the baseline scan and the peak memory of a load.
+// rates, their ratio to the baseline scan and the peak memory of a load; then
+// the selection benchmarks of each drawing ("X" with a filter against a plain
+// pass reading layers, a window, a pick) and their summary lines.
 // Other options are Google Benchmark's own (--benchmark_filter, ...).
 #include <benchmark/benchmark.h>
 #include <unistd.h>
@@ -15,6 +17,7 @@
 #include "BenchDrawings.h"
 #include "ChildProcess.h"
 #include "DxfBenchmarks.h"
+#include "SelectionBenchmarks.h"
 #include "SummaryReporter.h"
 
 namespace {
@@ -109,6 +112,7 @@ int main(int argc, char** argv) {
             paths.push_back(korva::bench::benchDrawing(entities));
             korva::bench::registerDxfBenchmarks(entities, paths.back());
         }
+        for (size_t i = 0; i < sizes.size(); ++i) korva::bench::registerSelectionBenchmarks(sizes[i], paths[i]);
     } catch (const std::exception& failure) {
         std::fprintf(stderr, "korva_bench: %s\n", failure.what());
         return 1;
@@ -119,6 +123,8 @@ int main(int argc, char** argv) {
                                                                     : benchmark::ConsoleReporter::OO_Tabular);
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::Shutdown();
+    korva::bench::closeSelectionDrawings();
     printSummary(reporter, sizes, paths);
+    for (size_t entities : sizes) korva::bench::printSelectionSummary(reporter, entities);
     return 0;
 }

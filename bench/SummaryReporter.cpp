@@ -8,8 +8,12 @@ void SummaryReporter::ReportRuns(const std::vector<Run>& runs) {
         if (run.run_type != Run::RT_Iteration || run.error_occurred || run.iterations == 0) continue;
         Measurement measurement;
         measurement.secondsPerIteration = run.real_accumulated_time / static_cast<double>(run.iterations);
+        measurement.cpuSecondsPerIteration = run.cpu_accumulated_time / static_cast<double>(run.iterations);
         if (auto rate = run.counters.find("bytes_per_second"); rate != run.counters.end()) {
             measurement.bytesPerSecond = rate->second.value;  // already divided by the time here
+        }
+        if (auto selected = run.counters.find("selected"); selected != run.counters.end()) {
+            measurement.selected = selected->second.value;
         }
         auto [known, inserted] = measurements_.try_emplace(run.run_name.function_name, measurement);
         if (!inserted && measurement.secondsPerIteration < known->second.secondsPerIteration) {

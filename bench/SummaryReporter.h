@@ -14,7 +14,9 @@ namespace korva::bench {
 
 struct Measurement {
     double secondsPerIteration = 0.0;
+    double cpuSecondsPerIteration = 0.0;
     double bytesPerSecond = 0.0;
+    double selected = 0.0;  // the "selected" counter of selection benchmarks
 };
 
 class SummaryReporter : public benchmark::ConsoleReporter {

@@ -61,5 +61,20 @@ TEST_F(SummaryReporterTest, KeepsBenchmarksApartByName) {
     EXPECT_FALSE(reporter.find("Load/1000").has_value());
 }
 
+// The selection lines need the CPU time and the count selected of the kept repetition.
+TEST_F(SummaryReporterTest, KeepsCpuTimeAndTheSelectedCount) {
+    BenchmarkRun slow = makeRun("SelectWindow/10", 2, 2.0, 0.0);
+    slow.cpu_accumulated_time = 1.0;
+    slow.counters["selected"] = benchmark::Counter(40);
+    BenchmarkRun fast = makeRun("SelectWindow/10", 4, 2.0, 0.0);
+    fast.cpu_accumulated_time = 0.8;
+    fast.counters["selected"] = benchmark::Counter(42);
+    reporter.ReportRuns({slow, fast});
+    const auto kept = reporter.find("SelectWindow/10");
+    ASSERT_TRUE(kept.has_value());
+    EXPECT_DOUBLE_EQ(kept->cpuSecondsPerIteration, 0.2);
+    EXPECT_DOUBLE_EQ(kept->selected, 42);
+}
+
 }  // namespace
 }  // namespace korva::bench

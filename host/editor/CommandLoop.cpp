@@ -57,7 +57,9 @@ bool CommandLoop::run() {
 bool CommandLoop::runTyped(std::wstring_view typed) {
     if (const CommandDefinition* command = CommandStack::instance().find(typed)) {
         last_ = typed;
-        runCommand(*command);
+        // A copy: the command may add or remove commands (a module loading or unloading).
+        const CommandDefinition definition = *command;
+        runCommand(definition);
         return true;
     }
     if (SystemVariables::instance().exists(typed)) return handleVariable(typed);
@@ -108,7 +110,9 @@ void CommandLoop::runCommand(const CommandDefinition& command) {
     // Without the pick-first flag a command starts with nothing preselected.
     if (document && !(command.flags & kCmdUsePickSet) && depth_ == 0) document->pickFirst().clear();
     const std::wstring outer = current_;
+    const int32_t outerFlags = flags_;
     current_ = command.globalName;
+    flags_ = command.flags;
     ++depth_;
     try {
         command.handler();
@@ -117,6 +121,7 @@ void CommandLoop::runCommand(const CommandDefinition& command) {
     }
     --depth_;
     current_ = outer;
+    flags_ = outerFlags;
     if (depth_ == 0) endCommand();
 }
 

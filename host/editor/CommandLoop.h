@@ -39,6 +39,8 @@ public:
     // Called after every command (the selection sets release themselves here).
     void addCommandEndHook(std::function<void()> hook) { endHooks_.push_back(std::move(hook)); }
     const std::wstring& currentCommand() const { return current_; }
+    // The flags (kCmdUsePickSet, ...) of the command runCommand is running; 0 at the prompt.
+    int32_t currentFlags() const { return flags_; }
 
 private:
     bool handleVariable(std::wstring_view name);
@@ -47,6 +49,7 @@ private:
 
     std::wstring last_;
     std::wstring current_;
+    int32_t flags_ = 0;
     int depth_ = 0;
     bool stopped_ = false;
     std::unique_ptr<CommandFiber> pending_;

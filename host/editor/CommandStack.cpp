@@ -38,6 +38,12 @@ Kcad::ErrorStatus CommandStack::removeGroup(std::wstring_view group) {
     return commands_.size() == before ? Kcad::eKeyNotFound : Kcad::eOk;
 }
 
+Kcad::ErrorStatus CommandStack::remove(std::wstring_view group, std::wstring_view globalName) {
+    const size_t before = commands_.size();
+    std::erase_if(commands_, [&](const CommandDefinition& c) { return sameName(c.group, group) && sameName(c.globalName, globalName); });
+    return commands_.size() == before ? Kcad::eKeyNotFound : Kcad::eOk;
+}
+
 bool CommandStack::hasGroup(std::wstring_view group) const {
     return std::any_of(commands_.begin(), commands_.end(), [&](const CommandDefinition& c) { return sameName(c.group, group); });
 }

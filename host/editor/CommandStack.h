@@ -36,6 +36,8 @@ public:
     // eDuplicateKey when the group already has the global name (the first stays).
     Kcad::ErrorStatus add(CommandDefinition command);
     Kcad::ErrorStatus removeGroup(std::wstring_view group);
+    // Removes one command of a group; eKeyNotFound when the group does not have it.
+    Kcad::ErrorStatus remove(std::wstring_view group, std::wstring_view globalName);
     // The command a typed name asks for, or null.
     const CommandDefinition* find(std::wstring_view typed) const;
     bool hasGroup(std::wstring_view group) const;

@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "db/ApiText.h"
 #include "editor/Document.h"
 #include "editor/SystemVariables.h"
 
@@ -48,6 +49,21 @@ void setCurrentUcs(Document& document, const UcsFrame& frame) {
     header.setPoint(ucsVariable(paper, "$UCSYDIR"), 10, {y.x, y.y, y.z});
 }
 
+std::wstring currentUcsName(Document* document) {
+    if (!document) return {};
+    const char* variable = paperSpaceCurrent(*document) ? "$PUCSNAME" : "$UCSNAME";
+    return db::toApiText(document->drawing().header.getString(variable).value_or(""));
+}
+
+void setCurrentUcsName(Document& document, std::wstring_view name) {
+    if (!paperSpaceCurrent(document) && Session::instance().current() == &document) {
+        SystemVariables::instance().setValue(L"UCSNAME", VarValue::ofText(std::wstring(name)), true);
+        return;
+    }
+    const char* variable = paperSpaceCurrent(document) ? "$PUCSNAME" : "$UCSNAME";
+    document.drawing().header.setString(variable, 2, db::toStoredText(name));
+}
+
 KcGeMatrix3d ucsToWorld(Document* document) {
     const UcsFrame frame = currentUcs(document);
     KcGeMatrix3d m;
@@ -59,7 +75,10 @@ KcGeMatrix3d worldToUcs(Document* document) { return ucsToWorld(document).invers
 
 KcGeMatrix3d displayToWorld(Document* document) {
     if (!document) return KcGeMatrix3d::kIdentity;
-    const ViewState& view = document->view(paperSpaceCurrent(*document));
+    return displayToWorld(document->view(paperSpaceCurrent(*document)));
+}
+
+KcGeMatrix3d displayToWorld(const ViewState& view) {
     KcGeVector3d direction = view.direction.isZeroLength() ? KcGeVector3d::kZAxis : view.direction.normal();
     // The display plane follows the arbitrary-axis rule for the view direction, turned by the twist.
     const KcGeMatrix3d plane = KcGeMatrix3d::planeToWorld(direction);

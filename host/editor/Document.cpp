@@ -18,6 +18,11 @@ Document::Document(std::unique_ptr<KcDbDatabase> database, std::string path)
 
 Document::~Document() = default;
 
+void Document::setCvport(int value) {
+    cvport_ = value;
+    drawing().header.setInteger("$CVPORT", 70, value);
+}
+
 std::wstring Document::displayName() const {
     if (path_.empty()) return L"Drawing1.dwg";
     const size_t slash = path_.find_last_of("/\\");
@@ -45,10 +50,12 @@ Document& Session::open(std::unique_ptr<KcDbDatabase> database, std::string path
     documents_.push_back(std::make_unique<Document>(std::move(database), std::move(path)));
     Document& document = *documents_.back();
     if (!current_) setCurrent(&document);
+    for (const auto& hook : openHooks_) hook(document);
     return document;
 }
 
 void Session::close(Document& document) {
+    for (const auto& hook : closeHooks_) hook(document);
     if (current_ == &document) current_ = nullptr;
     std::erase_if(documents_, [&](const auto& d) { return d.get() == &document; });
     if (!current_ && !documents_.empty()) setCurrent(documents_.front().get());

@@ -3,6 +3,7 @@
 // set, the previous selection, the last point given, and highlighted entities.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <unordered_set>
@@ -49,7 +50,8 @@ public:
 
     // The viewport that is current: 1 = paper space itself, >= 2 a model-space viewport.
     int cvport() const { return cvport_; }
-    void setCvport(int value) { cvport_ = value; }
+    // Also written to the drawing's header, where the drawing reads its current space.
+    void setCvport(int value);
 
     std::vector<db::ObjectRecord*>& pickFirst() { return pickFirst_; }
     std::vector<db::ObjectRecord*>& previousSelection() { return previous_; }
@@ -84,9 +86,16 @@ public:
     const std::vector<std::unique_ptr<Document>>& documents() const { return documents_; }
     Document* documentOf(const db::Drawing& drawing);
 
+    // The runtime hears of documents (loaded modules are told): `opened` runs after a
+    // document joined the session, `closing` before one leaves it.
+    void addOpenHook(std::function<void(Document&)> opened) { openHooks_.push_back(std::move(opened)); }
+    void addCloseHook(std::function<void(Document&)> closing) { closeHooks_.push_back(std::move(closing)); }
+
 private:
     std::vector<std::unique_ptr<Document>> documents_;
     Document* current_ = nullptr;
+    std::vector<std::function<void(Document&)>> openHooks_;
+    std::vector<std::function<void(Document&)>> closeHooks_;
 };
 
 }  // namespace korva::editor

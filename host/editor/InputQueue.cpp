@@ -38,6 +38,15 @@ bool InputQueue::nextLine(std::wstring& line, const std::wstring& prompt) {
     return false;
 }
 
+bool InputQueue::peekLine(std::wstring& line, const std::wstring& prompt) {
+    if (t_threadSource) return t_threadSource->peekLine(line, prompt);
+    while (InputSource* source = current()) {
+        if (source->peekLine(line, prompt)) return true;
+        sources_.pop_front();
+    }
+    return false;
+}
+
 void InputQueue::rejected() {
     if (t_threadSource) t_threadSource->onRejected();
     else if (InputSource* source = current()) source->onRejected();

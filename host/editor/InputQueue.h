@@ -21,6 +21,8 @@ public:
 
     InputToken next(const InputRequest& request);
     bool nextLine(std::wstring& line, const std::wstring& prompt);
+    // The next whole line without consuming it; false at the end of all input.
+    bool peekLine(std::wstring& line, const std::wstring& prompt);
     // Whether the answers come from a person at a terminal (for dialogs and prompts).
     bool isInteractive();
     // A prompt refused the last answer (see InputSource::onRejected).

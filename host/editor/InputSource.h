@@ -15,6 +15,13 @@ public:
     virtual InputToken next(const InputRequest& request) = 0;
     // The next whole line (dialog actions, a file dialog's path); false when none is left.
     virtual bool nextLine(std::wstring& line, const std::wstring& prompt) = 0;
+    // The line nextLine would give, left in place (a dialog reads only the lines
+    // meant for it); false when none is left or the source cannot look ahead.
+    virtual bool peekLine(std::wstring& line, const std::wstring& prompt) {
+        (void)line;
+        (void)prompt;
+        return false;
+    }
     virtual bool isInteractive() const { return false; }
     // A prompt refused the last answer and asks again. Scripted host commands
     // give up then instead of reading their next argument.

@@ -1,11 +1,12 @@
 // The SDK's prompt, variable, scripted-command and printing functions.
 #include <cmath>
 #include <cstdarg>
-#include <cwchar>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "db/ResultBuffers.h"
+#include "db/WideFormat.h"
 #include "editor/CommandLine.h"
 #include "editor/CommandLoop.h"
 #include "editor/Prompts.h"
@@ -108,51 +109,14 @@ int kcedCommand(int resultType, ...) {
 
 // --- printing and point utilities --------------------------------------------
 
-namespace {
-
-// Wide printf formats of the module follow the Windows convention: "%s" is a wide
-// string. The C library reads "%s" as narrow, so it becomes "%ls" here.
-std::wstring widenFormat(const wchar_t* format) {
-    std::wstring out;
-    for (const wchar_t* p = format; *p; ++p) {
-        out.push_back(*p);
-        if (*p != L'%') continue;
-        ++p;
-        if (*p == L'%') {
-            out.push_back(L'%');
-            continue;
-        }
-        while (*p && std::wcschr(L"-+ #0123456789.*", *p)) out.push_back(*p++);
-        bool hasLength = false;
-        while (*p && std::wcschr(L"hlLqjzt", *p)) {
-            hasLength = true;
-            out.push_back(*p++);
-        }
-        if (!*p) break;
-        if ((*p == L's' || *p == L'c') && !hasLength) out.push_back(L'l');
-        out.push_back(*p);
-    }
-    return out;
-}
-
-}  // namespace
-
 int kcutPrintf(const wchar_t* format, ...) {
-    if (!format) return RTERROR;
-    const std::wstring wide = widenFormat(format);
-    std::vector<wchar_t> buffer(512);
-    while (true) {
-        va_list args;
-        va_start(args, format);
-        const int written = std::vswprintf(buffer.data(), buffer.size(), wide.c_str(), args);
-        va_end(args);
-        if (written >= 0 && static_cast<size_t>(written) < buffer.size()) {
-            CommandLine::instance().print(std::wstring(buffer.data(), static_cast<size_t>(written)));
-            return RTNORM;
-        }
-        if (buffer.size() > (1u << 24)) return RTERROR;
-        buffer.resize(buffer.size() * 4);
-    }
+    va_list args;
+    va_start(args, format);
+    const std::optional<std::wstring> text = korva::db::formatWideV(format, args);
+    va_end(args);
+    if (!text) return RTERROR;
+    CommandLine::instance().print(*text);
+    return RTNORM;
 }
 
 double kcutAngle(const kcad_point from, const kcad_point to) {

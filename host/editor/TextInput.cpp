@@ -102,15 +102,28 @@ InputToken TextInput::readExpression(const std::wstring& prompt) {
     return result;
 }
 
-bool TextInput::nextLine(std::wstring& line, const std::wstring& prompt) {
+// The line at the read position (without its end) and where the one after it starts.
+bool TextInput::findLine(std::wstring& line, size_t& nextLineAt, const std::wstring& prompt) {
     skipCommentLines(prompt);
     if (!ensure(prompt)) return false;
     const size_t end = buffer_.find(L'\n', pos_);
     line = buffer_.substr(pos_, end == std::wstring::npos ? std::wstring::npos : end - pos_);
     if (!line.empty() && line.back() == L'\r') line.pop_back();
-    pos_ = end == std::wstring::npos ? buffer_.size() : end + 1;
+    nextLineAt = end == std::wstring::npos ? buffer_.size() : end + 1;
+    return true;
+}
+
+bool TextInput::nextLine(std::wstring& line, const std::wstring& prompt) {
+    size_t nextLineAt = 0;
+    if (!findLine(line, nextLineAt, prompt)) return false;
+    pos_ = nextLineAt;
     lineStart_ = true;
     return true;
+}
+
+bool TextInput::peekLine(std::wstring& line, const std::wstring& prompt) {
+    size_t nextLineAt = 0;
+    return findLine(line, nextLineAt, prompt);
 }
 
 }  // namespace korva::editor

@@ -30,12 +30,14 @@ public:
 
     InputToken next(const InputRequest& request) override;
     bool nextLine(std::wstring& line, const std::wstring& prompt) override;
+    bool peekLine(std::wstring& line, const std::wstring& prompt) override;
     bool isInteractive() const override { return interactive_; }
 
 private:
     bool ensure(const std::wstring& prompt);
     void skipCommentLines(const std::wstring& prompt);
     InputToken readExpression(const std::wstring& prompt);
+    bool findLine(std::wstring& line, size_t& nextLineAt, const std::wstring& prompt);
 
     std::wstring buffer_;
     size_t pos_ = 0;

@@ -95,6 +95,7 @@ constexpr VariableSpec kVariables[] = {
     {L"VIEWSIZE", T::Real, S::Viewport, true, 1, -1, 9.0},
     {L"VIEWTWIST", T::Real, S::Viewport, true, 1, -1, 0.0},
     {L"VISRETAIN", T::Short, S::Header, false, 0, 1, 1, 0, 0, {}, 70},
+    {L"WIPEOUTFRAME", T::Short, S::Header, false, 0, 2, 1, 0, 0, {}, 70},
     {L"WORLDUCS", T::Short, S::Document, true, 0, 1, 1},
 };
 
