@@ -1,11 +1,29 @@
+// The options of korva and its help text, with the test switches of the host.
 #include "console/ConsoleOptions.h"
 
+#include <algorithm>
+
 #include "dxf/DxfWriter.h"
+#include "runtime/HostStart.h"
 
 namespace korva::console {
 
-const char* helpText() {
-    return "usage: korva [OPTIONS] [DRAWING]\n"
+namespace {
+
+std::string testSwitchHelp() {
+    std::string text = "Test switches (--test-switch NAME, repeatable; for tests of modules):\n";
+    for (const runtime::TestSwitch& known : runtime::knownTestSwitches()) {
+        std::string name = known.name;
+        name.resize(std::max<size_t>(name.size() + 2, 20), ' ');
+        text += "  " + name + known.effect + "\n";
+    }
+    return text;
+}
+
+}  // namespace
+
+const std::string& helpText() {
+    static const std::string text = std::string("usage: korva [OPTIONS] [DRAWING]\n"
            "\n"
            "Opens a DXF drawing (or a new one), runs commands from a script, from --eval\n"
            "texts or typed at the command line, and saves the drawing.\n"
@@ -18,9 +36,10 @@ const char* helpText() {
            "                       (in the version it was read in)\n"
            "      --dxf-version V  save as AC1009, AC1012, AC1014, AC1015, AC1018, AC1021,\n"
            "                       AC1024, AC1027 or AC1032\n"
-           "      --profile DIR    folder of the user profile\n"
-           "      --load FILE.krx  load another module\n"
-           "      --no-module      load no module\n"
+           "      --profile DIR    folder of the user profile (default $XDG_CONFIG_HOME/korva\n"
+           "                       or ~/.config/korva)\n"
+           "      --load FILE.krx  load a module after the default one (repeatable)\n"
+           "      --no-module      do not load the default module (libKvExtend.krx)\n"
            "      --transcript F   write the whole command-line dialogue to F\n"
            "      --render F       draw the drawing into F (.png, .svg or .pdf) after the script\n"
            "  -q, --quiet          do not echo the command line on standard output\n"
@@ -34,7 +53,10 @@ const char* helpText() {
            "Without a script and with a terminal, korva is an interactive command line.\n"
            "\n"
            "Exit status: 0 the script ran to its end; 1 the script was stopped (an unknown\n"
-           "command); 2 bad usage; 3 the drawing could not be read or saved.\n";
+           "command); 2 bad usage or a module that cannot be loaded; 3 the drawing could\n"
+           "not be read or saved.\n"
+           "\n") + testSwitchHelp();
+    return text;
 }
 
 bool parseOptions(int argc, char** argv, ConsoleOptions& options, std::string& error) {
@@ -69,6 +91,13 @@ bool parseOptions(int argc, char** argv, ConsoleOptions& options, std::string& e
             options.modules.push_back(text);
         } else if (arg == "--no-module") {
             options.noModule = true;
+        } else if (arg == "--test-switch") {
+            if (!value(text)) return false;
+            if (!runtime::isKnownTestSwitch(text)) {
+                error = "unknown test switch \"" + text + "\"";
+                return false;
+            }
+            options.testSwitches.insert(text);
         } else if (arg == "--transcript") {
             if (!value(options.transcript)) return false;
         } else if (arg == "--render") {

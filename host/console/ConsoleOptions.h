@@ -1,6 +1,7 @@
 // The command-line options of korva.
 #pragma once
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@ struct ConsoleOptions {
     std::string profile;                // --profile
     std::vector<std::string> modules;   // --load
     bool noModule = false;              // --no-module
+    std::set<std::string> testSwitches; // --test-switch
     std::string transcript;             // --transcript
     std::string render;                 // --render
     bool quiet = false;                 // -q
@@ -24,6 +26,7 @@ struct ConsoleOptions {
 
 // Parses argv; false with the reason when the usage is wrong.
 bool parseOptions(int argc, char** argv, ConsoleOptions& options, std::string& error);
-const char* helpText();
+// The --help text, ending with the test switches.
+const std::string& helpText();
 
 }  // namespace korva::console

@@ -1,12 +1,14 @@
-// korva: the console of the headless host. It opens a drawing (or a new one),
-// runs commands from a script, --eval texts or a terminal, and saves it.
+// korva: the console of the headless host. It starts the host, opens a drawing
+// (or a new one), loads the modules, runs commands from a script, --eval texts
+// or a terminal, saves the current drawing and unloads the modules.
 #include <unistd.h>
 
 #include <cstdio>
 #include <fstream>
 #include <sstream>
 
-#include "commands/HostCommands.h"
+#include <filesystem>
+
 #include "console/ConsoleOptions.h"
 #include "console/InteractiveInput.h"
 #include "db/DrawingIo.h"
@@ -17,9 +19,11 @@
 #include "editor/CommandLine.h"
 #include "editor/CommandLoop.h"
 #include "editor/Document.h"
-#include "editor/Editor.h"
 #include "editor/InputQueue.h"
 #include "editor/TextInput.h"
+#include "render/RenderDrawing.h"
+#include "runtime/HostStart.h"
+#include "runtime/profile/ProfileStore.h"
 
 namespace {
 
@@ -127,17 +131,60 @@ bool saveDrawing(const ConsoleOptions& options) {
     return true;
 }
 
+// Draws the current drawing into the --render file.
+bool renderPicture(const ConsoleOptions& options) {
+    korva::editor::Document* document = korva::editor::Session::instance().current();
+    if (!document) return true;
+    std::string error;
+    if (!korva::render::renderDrawing(document->drawing(), options.render, korva::render::RenderOptions{}, error)) {
+        std::fprintf(stderr, "korva: %s\n", error.c_str());
+        return false;
+    }
+    CommandLine::instance().print(L"Drawn " + korva::db::utf8ToWide(options.render) + L"\n");
+    return true;
+}
+
+// The host's settings from the options. A --load name that exists as given is
+// passed as an absolute path; other names are searched in the module folders.
+korva::runtime::HostSettings hostSettings(const ConsoleOptions& options) {
+    korva::runtime::HostSettings settings;
+    settings.profileFolder = options.profile.empty() ? korva::runtime::defaultProfileFolder() : options.profile;
+    settings.defaultModule = !options.noModule;
+    settings.testSwitches = options.testSwitches;
+    for (const std::string& module : options.modules) {
+        std::error_code ignored;
+        const bool here = std::filesystem::is_regular_file(module, ignored);
+        settings.modules.push_back(here ? std::filesystem::absolute(module, ignored).string() : module);
+    }
+    return settings;
+}
+
+// Runs the session once the host is started; the exit status.
+int runSession(const ConsoleOptions& options, const korva::runtime::HostSettings& settings) {
+    if (!queueInput(options)) return kExitUsage;
+    if (!openDrawing(options)) return kExitFile;
+    std::string error;
+    if (!korva::runtime::loadStartupModules(settings, error)) {
+        std::fprintf(stderr, "korva: %s\n", error.c_str());
+        return kExitUsage;
+    }
+    const bool completed = korva::editor::CommandLoop::instance().run();
+    if (!options.saveAs.empty() && !saveDrawing(options)) return kExitFile;
+    if (!options.render.empty() && !renderPicture(options)) return kExitFile;
+    return completed ? kExitOk : kExitStopped;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     ConsoleOptions options;
     std::string error;
     if (!korva::console::parseOptions(argc, argv, options, error)) {
-        std::fprintf(stderr, "korva: %s\n\n%s", error.c_str(), korva::console::helpText());
+        std::fprintf(stderr, "korva: %s\n\n%s", error.c_str(), korva::console::helpText().c_str());
         return kExitUsage;
     }
     if (options.help) {
-        std::fputs(korva::console::helpText(), stdout);
+        std::fputs(korva::console::helpText().c_str(), stdout);
         return kExitOk;
     }
     if (options.version) {
@@ -150,13 +197,13 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "korva: cannot write the transcript \"%s\"\n", options.transcript.c_str());
         return kExitUsage;
     }
-    korva::editor::initializeEditor();
-    korva::commands::registerHostCommands();
-    if (!queueInput(options)) return kExitUsage;
-    if (!openDrawing(options)) return kExitFile;
-
-    const bool completed = korva::editor::CommandLoop::instance().run();
-    if (!options.saveAs.empty() && !saveDrawing(options)) return kExitFile;
+    const korva::runtime::HostSettings settings = hostSettings(options);
+    if (!korva::runtime::startHost(settings, error)) {
+        std::fprintf(stderr, "korva: %s\n", error.c_str());
+        return kExitUsage;
+    }
+    const int status = runSession(options, settings);
+    korva::runtime::stopHost();
     line.closeTranscript();
-    return completed ? kExitOk : kExitStopped;
+    return status;
 }

@@ -73,3 +73,14 @@ KcDbObjectId kcedGetCurViewportObjectId();
 // --- system variables --------------------------------------------------------------------
 int kcedGetVar(const wchar_t* name, resbuf* result);
 int kcedSetVar(const wchar_t* name, const resbuf* value);
+
+// --- dialogs -------------------------------------------------------------------------------
+// The colour dialog, starting on colorIndex: true with the chosen index (1-255; 0 BYBLOCK and
+// 256 BYLAYER only when allowed), false on cancel. currentLayerColor 0 or 256: none shown.
+bool kcedSetColorDialog(int& colorIndex, bool allowByLayerByBlock, int currentLayerColor);
+// The RGB of an index colour, packed 0x00BBGGRR.
+unsigned long kcedGetRGB(int colorIndex);
+// The file dialog: extensions are ";"-separated without dots; flag bit 1 asks for a file to
+// save (overwriting confirmed). RTNORM with one RTSTR record (released by the caller), RTCAN.
+int kcedGetFileNavDialog(const wchar_t* title, const wchar_t* defaultName, const wchar_t* extensions,
+                         const wchar_t* dialogName, int flags, resbuf** result);

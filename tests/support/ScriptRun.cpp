@@ -4,36 +4,31 @@
 
 #include <gtest/gtest.h>
 
-#include "commands/HostCommands.h"
 #include "db/DrawingIo.h"
 #include "db/Utf8.h"
 #include "dxf/DxfReader.h"
 #include "editor/CommandLine.h"
 #include "editor/CommandLoop.h"
-#include "editor/Editor.h"
 #include "editor/InputQueue.h"
 #include "editor/SystemVariables.h"
 #include "editor/TextInput.h"
+#include "runtime/HostStart.h"
 
 namespace korva::test {
 
-namespace {
-
-void startEngineOnce() {
+void startHostOnce() {
     static const bool started = [] {
-        editor::initializeEditor();
-        commands::registerHostCommands();
+        std::string error;
+        if (!runtime::startHost(runtime::HostSettings{}, error)) ADD_FAILURE() << "the host does not start: " << error;
         return true;
     }();
     (void)started;
 }
 
-}  // namespace
-
 ScriptRun::ScriptRun() : ScriptRun(db::newDrawingFromTemplate()) {}
 
 ScriptRun::ScriptRun(std::unique_ptr<db::Drawing> drawing) : output_(std::make_unique<std::wstring>()) {
-    startEngineOnce();
+    startHostOnce();
     editor::Session& session = editor::Session::instance();
     while (!session.documents().empty()) session.close(*session.documents().front());
     editor::SystemVariables::instance().resetSession();

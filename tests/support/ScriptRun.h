@@ -12,6 +12,11 @@
 
 namespace korva::test {
 
+// Starts the host once per test binary, as korva starts it, with a profile in
+// memory only. Every ScriptRun calls it; tests that use host services without a
+// script call it themselves.
+void startHostOnce();
+
 class ScriptRun {
 public:
     // A new drawing from the template, or a DXF text / file read by the real reader.
