@@ -3,8 +3,12 @@
 // independent reader opens.
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "RunKorva.h"
 #include "TestFiles.h"
+#include "db/RecordFields.h"
+#include "dxf/DxfReader.h"
 
 namespace korva {
 namespace {
@@ -65,6 +69,33 @@ TEST(Console, InputWithoutATerminalIsNotReadInteractively) {
     const auto run = runKorva({}, "ORTHOMODE\n1\n");
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_EQ(run.output.find("Enter new value"), std::string::npos) << run.output;
+}
+
+// The bundled sample: a plain CAD script furnishes the plan without a single
+// refused answer, and the result is saved, drawn and readable elsewhere.
+TEST(Console, TheSampleScriptRunsUnchangedOnTheSamplePlan) {
+    test::TempDir dir;
+    const std::filesystem::path samples = std::filesystem::path(KORVA_SOURCE_DIR) / "samples";
+    const auto saved = dir.file("plan.dxf"), picture = dir.file("plan.png");
+    const auto run = runKorva({(samples / "plan.dxf").string(), "-s", (samples / "furnish.scr").string(), "-o",
+                               saved.string(), "--render", picture.string()});
+    EXPECT_EQ(run.exitStatus, 0) << run.output;
+    for (const char* refusal : {"Invalid", "required", "Unknown", "*Invalid", "not found"}) {
+        EXPECT_EQ(run.output.find(refusal), std::string::npos) << refusal << "\n" << run.output;
+    }
+    EXPECT_GT(std::filesystem::file_size(picture), 1000u);
+    for (const std::string& complaint : test::openWithIndependentReader({{saved, samples / "plan.dxf"}})) {
+        ADD_FAILURE() << complaint;
+    }
+    const auto read = dxf::readDxfFile(saved.string());
+    ASSERT_TRUE(read.ok()) << read.error;
+    int chairs = 0, titles = 0;
+    for (const db::ObjectRecord* entity : read.drawing->modelSpace()->container->members) {
+        if (entity->type == db::Type::Insert && db::fieldText(*entity, "AcDbBlockReference", 2) == "CHAIR") ++chairs;
+        if (entity->type == db::Type::Text && db::fieldText(*entity, "AcDbEntity", 8) == "TITLE") ++titles;
+    }
+    EXPECT_EQ(chairs, 2);
+    EXPECT_EQ(titles, 1);
 }
 
 }  // namespace
