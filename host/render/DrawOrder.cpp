@@ -6,6 +6,7 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "db/objects/SortentsPairs.h"
 #include "db/Drawing.h"
 #include "db/RecordTags.h"
 #include "db/objects/DictionaryEntries.h"
@@ -18,7 +19,6 @@ using db::Handle;
 using db::ObjectRecord;
 
 constexpr std::string_view kSortentsKey = "ACAD_SORTENTS";
-constexpr std::string_view kSortentsMarker = "AcDbSortentsTable";
 
 bool isSortentsKey(std::string_view key) {
     return key.size() == kSortentsKey.size() &&
@@ -40,23 +40,6 @@ const ObjectRecord* sortentsTableOf(const ObjectRecord& blockRecord) {
     return nullptr;
 }
 
-// Entity handle -> sort handle: the 331/5 pairs of the table's subclass.
-std::unordered_map<Handle, Handle> sortHandles(const ObjectRecord& table) {
-    std::unordered_map<Handle, Handle> pairs;
-    Handle entity = 0;
-    bool inside = false;
-    for (db::TagRef tag : table.tags) {
-        if (tag.code() == 100) inside = tag.text() == kSortentsMarker;
-        else if (tag.code() == 1001) break;
-        else if (inside && tag.code() == 331) entity = tag.handle();
-        else if (inside && tag.code() == 5 && entity != 0) {
-            pairs[entity] = tag.handle();
-            entity = 0;
-        }
-    }
-    return pairs;
-}
-
 }  // namespace
 
 std::vector<const ObjectRecord*> entitiesInDrawOrder(const ObjectRecord& blockRecord) {
@@ -68,7 +51,7 @@ std::vector<const ObjectRecord*> entitiesInDrawOrder(const ObjectRecord& blockRe
     }
     const ObjectRecord* table = sortentsTableOf(blockRecord);
     if (!table) return order;
-    const auto pairs = sortHandles(*table);
+    const auto pairs = db::sortentsPairs(*table);
     if (pairs.empty()) return order;
     auto key = [&pairs](const ObjectRecord* entity) {
         const auto it = pairs.find(entity->handle);

@@ -3,11 +3,27 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "db/DrawingIo.h"
 #include "dxf/DxfReader.h"
 #include "kcdbfuncs.h"
 
 namespace korva::test {
+
+std::string dxfLines(std::string_view pairs) {
+    std::string out;
+    std::istringstream in{std::string(pairs)};
+    std::string line;
+    while (std::getline(in, line)) {
+        const size_t start = line.find_first_not_of(' ');
+        if (start == std::string::npos) continue;
+        const size_t space = line.find(' ', start);
+        out += line.substr(start, space - start) + "\n";
+        out += (space == std::string::npos ? std::string() : line.substr(space + 1)) + "\n";
+    }
+    return out;
+}
 
 std::string drawingText(std::string_view entities, std::string_view layers) {
     std::string text(db::emptyDrawingTemplate());

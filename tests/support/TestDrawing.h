@@ -12,6 +12,9 @@
 
 namespace korva::test {
 
+// "code value" lines (one group a line, leading spaces ignored) to DXF text.
+std::string dxfLines(std::string_view pairs);
+
 // The empty drawing's DXF text with these entities in the ENTITIES section and
 // these records appended to the LAYER table.
 std::string drawingText(std::string_view entities, std::string_view layers = {});

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "commands/BlockRecords.h"
 #include "commands/BuiltInCommand.h"
 #include "commands/DrawEditCommands.h"
 #include "commands/draw/DrawingPlacement.h"
@@ -72,36 +73,8 @@ bool referencesBlock(const std::vector<KcDbObjectId>& ids, KcDbObjectId block) {
 // The new or emptied block record with its base point.
 KcDbObjectId prepareBlock(KcDbDatabase& database, const std::wstring& name, KcDbObjectId existing,
                           const KcGePoint3d& origin) {
-    if (!existing.isNull()) {
-        KcDbBlockTableRecord* block = nullptr;
-        if (kcdbOpenObject(block, existing, KcDb::kForWrite) != Kcad::eOk) return KcDbObjectId::kNull;
-        KcDbBlockTableRecordIterator* iterator = nullptr;
-        block->newIterator(iterator);
-        for (; iterator && !iterator->done(); iterator->step()) {
-            KcDbEntity* entity = nullptr;
-            if (iterator->getEntity(entity, KcDb::kForWrite) != Kcad::eOk) continue;
-            entity->erase();
-            entity->close();
-        }
-        delete iterator;
-        block->setOrigin(origin);
-        block->close();
-        return existing;
-    }
-    KcDbBlockTable* table = nullptr;
-    if (database.getBlockTable(table, KcDb::kForWrite) != Kcad::eOk) return KcDbObjectId::kNull;
-    auto* block = new KcDbBlockTableRecord();
-    block->setName(name.c_str());
-    block->setOrigin(origin);
-    KcDbObjectId id;
-    if (table->add(id, block) != Kcad::eOk) {
-        delete block;
-        table->close();
-        return KcDbObjectId::kNull;
-    }
-    block->close();
-    table->close();
-    return id;
+    if (existing.isNull()) return addBlockRecord(database, name, origin);
+    return emptyBlockRecord(existing, origin) ? existing : KcDbObjectId::kNull;
 }
 
 // Copies the objects into the block (in UCS coordinates) and erases them.

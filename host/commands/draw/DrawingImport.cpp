@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "commands/BlockRecords.h"
 #include "commands/draw/DrawingPlacement.h"
 #include "db/ApiText.h"
 #include "db/DrawingIo.h"
@@ -79,38 +80,15 @@ private:
 
 KcDbObjectId DrawingImporter::copyBlock(const ObjectRecord& sourceBlock, const std::string& name,
                                         const KcGePoint3d& origin) {
-    KcDbBlockTable* table = nullptr;
-    if (target_.getBlockTable(table, KcDb::kForWrite) != Kcad::eOk) return KcDbObjectId::kNull;
-    auto* block = new KcDbBlockTableRecord();
-    block->setName(db::toApiText(name).c_str());
-    block->setOrigin(origin);
-    KcDbObjectId id;
-    if (table->add(id, block) != Kcad::eOk) {
-        delete block;
-        table->close();
-        return KcDbObjectId::kNull;
-    }
-    block->close();
-    table->close();
+    const KcDbObjectId id = addBlockRecord(target_, db::toApiText(name), origin);
+    if (id.isNull()) return id;
     copyMembers(sourceBlock, id);
     return id;
 }
 
 KcDbObjectId DrawingImporter::redefineBlock(const ObjectRecord& sourceBlock, KcDbObjectId block,
                                            const KcGePoint3d& origin) {
-    KcDbBlockTableRecord* record = nullptr;
-    if (kcdbOpenObject(record, block, KcDb::kForWrite) != Kcad::eOk) return KcDbObjectId::kNull;
-    KcDbBlockTableRecordIterator* iterator = nullptr;
-    record->newIterator(iterator);
-    for (; iterator && !iterator->done(); iterator->step()) {
-        KcDbEntity* entity = nullptr;
-        if (iterator->getEntity(entity, KcDb::kForWrite) != Kcad::eOk) continue;
-        entity->erase();
-        entity->close();
-    }
-    delete iterator;
-    record->setOrigin(origin);
-    record->close();
+    if (!emptyBlockRecord(block, origin)) return KcDbObjectId::kNull;
     copyMembers(sourceBlock, block);
     return block;
 }

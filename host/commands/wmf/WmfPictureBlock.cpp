@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "commands/BlockRecords.h"
 #include "commands/wmf/WmfColors.h"
 #include "kcdbents.h"
 #include "kcdbtables.h"
@@ -75,20 +76,7 @@ std::vector<std::unique_ptr<KcDbEntity>> entitiesOf(const PictureShape& shape, c
 }
 
 KcDbObjectId newAnonymousBlock(KcDbDatabase& database) {
-    KcDbBlockTable* table = nullptr;
-    if (database.getBlockTable(table, KcDb::kForWrite) != Kcad::eOk) return KcDbObjectId::kNull;
-    auto* block = new KcDbBlockTableRecord();
-    block->setName(L"*U");  // the database gives it the next free "*U<n>"
-    block->setOrigin(KcGePoint3d::kOrigin);
-    KcDbObjectId id;
-    if (table->add(id, block) != Kcad::eOk) {
-        delete block;
-        table->close();
-        return KcDbObjectId::kNull;
-    }
-    block->close();
-    table->close();
-    return id;
+    return addBlockRecord(database, L"*U", KcGePoint3d::kOrigin);  // the database names it "*U<n>"
 }
 
 KcCmColor currentLayerColor(KcDbDatabase& database) {

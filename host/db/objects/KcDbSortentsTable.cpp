@@ -8,6 +8,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "db/objects/SortentsPairs.h"
 #include "db/ObjectAccess.h"
 #include "db/RecordFields.h"
 #include "kcdbdatabase.h"
@@ -28,22 +29,6 @@ struct Placed {
     Handle sortHandle;
 };
 
-std::unordered_map<Handle, Handle> sortHandles(const ObjectRecord& table) {
-    std::unordered_map<Handle, Handle> pairs;
-    Handle entity = 0;
-    bool inside = false;
-    for (db::TagRef tag : table.tags) {
-        if (tag.code() == 100) inside = tag.text() == kMarker;
-        else if (tag.code() == 1001) break;
-        else if (inside && tag.code() == 331) entity = tag.handle();
-        else if (inside && tag.code() == 5 && entity != 0) {
-            pairs[entity] = tag.handle();
-            entity = 0;
-        }
-    }
-    return pairs;
-}
-
 ObjectRecord* blockOf(const ObjectRecord& table) {
     const Handle block = db::fieldHandle(table, kMarker, 330);
     if (block == 0 || !table.drawing) return nullptr;
@@ -56,7 +41,7 @@ std::vector<Placed> drawOrder(const ObjectRecord& table) {
     std::vector<Placed> order;
     const ObjectRecord* block = blockOf(table);
     if (!block || !block->container) return order;
-    const auto pairs = sortHandles(table);
+    const auto pairs = sortentsPairs(table);
     for (ObjectRecord* entity : block->container->members) {
         if (entity->erased) continue;
         auto it = pairs.find(entity->handle);

@@ -12,6 +12,7 @@
 #include <string>
 #include <string_view>
 
+#include "TestDrawing.h"
 #include "DrawingCompare.h"
 #include "db/Drawing.h"
 #include "db/ObjectAccess.h"
@@ -23,20 +24,6 @@
 
 namespace korva::test {
 
-// "code value" lines to DXF text.
-inline std::string dxfLines(std::string_view pairs) {
-    std::string out;
-    std::istringstream in{std::string(pairs)};
-    std::string line;
-    while (std::getline(in, line)) {
-        const size_t start = line.find_first_not_of(' ');
-        if (start == std::string::npos) continue;
-        const size_t space = line.find(' ', start);
-        out += line.substr(start, space - start) + "\n";
-        out += (space == std::string::npos ? std::string() : line.substr(space + 1)) + "\n";
-    }
-    return out;
-}
 
 // A drawing of the given version with these BLOCKS, ENTITIES and OBJECTS sections
 // (written as "code value" lines), read by the DXF reader and held by a database.

@@ -12,6 +12,7 @@
 #include <string_view>
 #include <vector>
 
+#include "TestDrawing.h"
 #include "ScriptRun.h"
 #include "db/DrawingIo.h"
 #include "db/EntityNames.h"
@@ -23,20 +24,6 @@
 
 namespace korva::test {
 
-// "code value" lines to DXF text.
-inline std::string dxfPairs(std::string_view pairs) {
-    std::string out;
-    std::istringstream in{std::string(pairs)};
-    std::string line;
-    while (std::getline(in, line)) {
-        const size_t start = line.find_first_not_of(' ');
-        if (start == std::string::npos) continue;
-        const size_t space = line.find(' ', start);
-        out += line.substr(start, space - start) + "\n";
-        out += (space == std::string::npos ? std::string() : line.substr(space + 1)) + "\n";
-    }
-    return out;
-}
 
 struct SceneParts {
     std::string_view entities;
@@ -52,7 +39,7 @@ inline std::string sceneDrawing(const SceneParts& parts) {
     auto insertBeforeEnd = [&](std::string_view table, std::string_view records) {
         if (records.empty()) return;
         const size_t at = text.find(std::string("TABLE\n  2\n") + std::string(table) + "\n");
-        text.insert(text.find("  0\nENDTAB", at), dxfPairs(records));
+        text.insert(text.find("  0\nENDTAB", at), dxfLines(records));
     };
     insertBeforeEnd("LAYER", parts.layers);
     insertBeforeEnd("APPID", parts.applications);
@@ -61,10 +48,10 @@ inline std::string sceneDrawing(const SceneParts& parts) {
     const std::string_view entities = parts.entities;
     if (!blocks.empty()) {
         const size_t section = text.find("  2\nBLOCKS\n");
-        text.insert(text.find("  0\nENDSEC", section), dxfPairs(blocks));
+        text.insert(text.find("  0\nENDSEC", section), dxfLines(blocks));
     }
     const std::string marker = "  2\nENTITIES\n";
-    text.insert(text.find(marker) + marker.size(), dxfPairs(entities));
+    text.insert(text.find(marker) + marker.size(), dxfLines(entities));
     return text;
 }
 
