@@ -113,7 +113,7 @@ Kcad::ErrorStatus KcDbObject::erase(bool erasing) {
     if (self.erased == erasing) return erasing ? Kcad::eWasErased : Kcad::eWasNotErased;
     if (erasing && self.type == db::Type::Layer && isProtectedLayer(self)) return Kcad::eCannotEraseLayer;
     if (erasing && self.type == db::Type::Group) forgetGroupMembers(self);
-    self.erased = erasing;
+    self.setErased(erasing);
     if (self.kind == db::RecordKind::TableRecord && self.drawing) {
         for (db::SymbolTable& table : self.drawing->tables) {
             if (table.head == self.owner) table.invalidateIndex();

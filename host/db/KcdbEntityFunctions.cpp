@@ -188,7 +188,7 @@ int kcdbEntDel(const kcad_name ent) {
     if (record->kind == db::RecordKind::TableHead || record->type == Type::BlockRecord) return RTERROR;
     if (record->isEntity() && db::isOnLockedLayer(*record)) return RTERROR;
     if (record->owner && (record->owner->type == Type::Insert || record->owner->type == Type::Polyline)) return RTERROR;
-    record->erased = !record->erased;
+    record->setErased(!record->erased);
     return RTNORM;
 }
 

@@ -56,6 +56,14 @@ public:
     uint16_t readers = 0;
 
     bool isEntity() const { return kind == RecordKind::Entity; }
+    // Erases or restores the record; an entity's sub-entities (attributes,
+    // vertices and their SEQEND) go and come back with it.
+    void setErased(bool value) {
+        erased = value;
+        if (!isEntity() || !container) return;
+        for (ObjectRecord* member : container->members) member->erased = value;
+        if (container->end) container->end->erased = value;
+    }
     bool isOpen() const { return openForWrite || readers > 0; }
     Container& ensureContainer() {
         if (!container) container = std::make_unique<Container>();

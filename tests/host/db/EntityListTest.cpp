@@ -209,6 +209,29 @@ TEST(EntityList, EntNextWalksAttributesAndBlockDefinitions) {
     EXPECT_EQ(kcdbEntNext(next, walk), RTERROR) << "a block's walk ends after its last entity";
 }
 
+// Erasing a reference takes its attributes along, by either road; restoring it brings them back.
+TEST(EntityList, ErasingAReferenceErasesItsAttributes) {
+    const std::string insert =
+        "  0\nINSERT\n  5\nD0\n100\nAcDbEntity\n  8\n0\n100\nAcDbBlockReference\n 66\n1\n  2\nTAG\n 10\n0.0\n 20\n0.0\n 30\n0.0\n"
+        "  0\nATTRIB\n  5\nD1\n100\nAcDbEntity\n  8\n0\n100\nAcDbText\n 10\n0.0\n 20\n0.0\n 30\n0.0\n 40\n1.0\n  1\nv\n100\nAcDbAttribute\n  2\nT\n 70\n0\n"
+        "  0\nSEQEND\n  5\nD2\n100\nAcDbEntity\n  8\n0\n";
+    WorkingDrawing d = WorkingDrawing::withEntities(insert);
+    kcad_name reference, attribute;
+    ASSERT_EQ(kcdbHandEnt(L"D0", reference), RTNORM);
+    ASSERT_EQ(kcdbHandEnt(L"D1", attribute), RTNORM);
+
+    ASSERT_EQ(kcdbEntDel(reference), RTNORM);
+    EXPECT_EQ(ListGuard(kcdbEntGet(attribute)).list, nullptr) << "the attribute went with its reference";
+    ASSERT_EQ(kcdbEntDel(reference), RTNORM);
+    EXPECT_NE(ListGuard(kcdbEntGet(attribute)).list, nullptr) << "and came back with it";
+
+    KcDbEntity* entity = nullptr;
+    ASSERT_EQ(kcdbOpenObject(entity, d.id(L"D0"), KcDb::kForWrite), Kcad::eOk);
+    EXPECT_EQ(entity->erase(), Kcad::eOk);
+    entity->close();
+    EXPECT_EQ(ListGuard(kcdbEntGet(attribute)).list, nullptr);
+}
+
 TEST(EntityList, TableSearchListsModifyThroughEntMod) {
     WorkingDrawing d = WorkingDrawing::withEntities("");
     ListGuard layer(kcdbTblSearch(L"layer", L"0"));
