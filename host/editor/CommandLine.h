@@ -26,6 +26,7 @@ public:
     void closeTranscript();
     // Tests read what the command line showed.
     void setCapture(std::wstring* capture) { capture_ = capture; }
+    std::wstring* capture() const { return capture_; }
 
     // Scripted host commands run silently while CMDECHO is 0: a depth counter,
     // because such commands nest.

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdarg>
 #include <memory>
 #include <string>
 #include <utility>
@@ -65,6 +66,7 @@ public:
     CString& TrimRight();
     // printf-style formatting; "%s" takes a wide string.
     void Format(const wchar_t* format, ...);
+    void FormatV(const wchar_t* format, va_list args);
 
 private:
     size_t clampStart(int start) const { return start < 0 ? 0 : std::min(static_cast<size_t>(start), m_text.size()); }

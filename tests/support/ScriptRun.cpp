@@ -58,9 +58,16 @@ ScriptRun::ScriptRun(ScriptRun&& other) noexcept : document_(other.document_), o
 
 ScriptRun::~ScriptRun() {
     if (!output_) return;
-    editor::CommandLine::instance().setCapture(nullptr);
+    editor::CommandLine& line = editor::CommandLine::instance();
+    if (line.capture() == output_.get()) line.setCapture(nullptr);
+    // A later run may have closed this document already: look for it by address only.
     editor::Session& session = editor::Session::instance();
-    if (document_ && session.documentOf(document_->drawing())) session.close(*document_);
+    for (const auto& open : session.documents()) {
+        if (open.get() == document_) {
+            session.close(*open);
+            break;
+        }
+    }
 }
 
 bool ScriptRun::run(std::string_view script) {

@@ -78,8 +78,11 @@ CString& CString::TrimRight() {
 void CString::Format(const wchar_t* format, ...) {
     va_list args;
     va_start(args, format);
-    auto text = korva::db::formatWideV(format, args);
+    FormatV(format, args);
     va_end(args);
+}
+
+void CString::FormatV(const wchar_t* format, va_list args) {
     // Its model leaves the string alone when the format is unusable.
-    if (text) m_text = std::move(*text);
+    if (auto text = korva::db::formatWideV(format, args)) m_text = std::move(*text);
 }
