@@ -98,5 +98,36 @@ TEST(Console, TheSampleScriptRunsUnchangedOnTheSamplePlan) {
     EXPECT_EQ(titles, 1);
 }
 
+// The README's main job: the module's commands tag, burst, recase and lock on
+// the sample plan, driven by a script with dialog actions.
+TEST(Console, TheModuleSampleScriptTidiesTheSamplePlan) {
+    test::TempDir dir;
+    const std::filesystem::path samples = std::filesystem::path(KORVA_SOURCE_DIR) / "samples";
+    const auto saved = dir.file("plan.dxf");
+    const auto run = runKorva({(samples / "plan.dxf").string(), "-s", (samples / "tidy.scr").string(), "-o",
+                               saved.string()});
+    EXPECT_EQ(run.exitStatus, 0) << run.output;
+    for (const char* refusal : {"Invalid", "required", "Unknown", "not available"}) {
+        EXPECT_EQ(run.output.find(refusal), std::string::npos) << refusal << "\n" << run.output;
+    }
+    for (const std::string& complaint : test::openWithIndependentReader({{saved, samples / "plan.dxf"}})) {
+        ADD_FAILURE() << complaint;
+    }
+    const auto read = dxf::readDxfFile(saved.string());
+    ASSERT_TRUE(read.ok()) << read.error;
+    std::vector<std::string> texts;
+    int references = 0;
+    for (const db::ObjectRecord* entity : read.drawing->modelSpace()->container->members) {
+        if (entity->erased) continue;
+        if (entity->type == db::Type::Insert) ++references;
+        if (entity->type == db::Type::Text) texts.emplace_back(db::fieldText(*entity, "AcDbText", 1));
+    }
+    EXPECT_EQ(references, 0) << "every tag was burst";
+    EXPECT_EQ(texts, (std::vector<std::string>{"LIVING ROOM", "BEDROOM", "KITCHEN", "101", "102", "103"}));
+    const db::ObjectRecord* walls = read.drawing->tableRecord("LAYER", "WALLS");
+    ASSERT_NE(walls, nullptr);
+    EXPECT_EQ(db::fieldInteger(*walls, "AcDbLayerTableRecord", 70) & 4, 4) << "the walls' layer is locked";
+}
+
 }  // namespace
 }  // namespace korva
