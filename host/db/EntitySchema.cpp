@@ -140,8 +140,8 @@ Tag FieldSpec::defaultTag() const {
 }
 
 const TypeSpec* entitySpec(TypeId type) {
-    for (const TypeSpec& spec : kSpecs) {
-        if (spec.type == type) return &spec;
+    for (const TypeSpec& typeSchema : kSpecs) {
+        if (typeSchema.type == type) return &typeSchema;
     }
     return nullptr;
 }
@@ -202,9 +202,9 @@ bool isAngleField(TypeId type, std::string_view marker, int code) {
     }
     if (type == Type::Hatch) return code == 52 || code == 53;
     if (type == Type::Viewport) return code == 51;
-    const TypeSpec* spec = entitySpec(type);
-    if (!spec) return false;
-    for (const SubclassSpec& sub : spec->subclasses) {
+    const TypeSpec* typeSchema = entitySpec(type);
+    if (!typeSchema) return false;
+    for (const SubclassSpec& sub : typeSchema->subclasses) {
         if (!marker.empty() && sub.marker != marker && !(type == Type::Polyline || type == Type::Vertex)) continue;
         for (const FieldSpec& f : sub.fields) {
             if (f.code == code) return f.angle();

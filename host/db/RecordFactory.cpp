@@ -169,8 +169,8 @@ TagList newObjectTags(TypeId type) {
     if (isEntityType(type) || type == Type::SeqEnd) {
         tags.push_back(Tag::string(100, "AcDbEntity"));
         tags.push_back(Tag::string(8, ""));  // the current layer, filled in when the entity is added
-        if (const TypeSpec* spec = entitySpec(type)) {
-            for (const SubclassSpec& sub : spec->subclasses) {
+        if (const TypeSpec* typeSchema = entitySpec(type)) {
+            for (const SubclassSpec& sub : typeSchema->subclasses) {
                 tags.push_back(Tag::string(100, sub.marker));
                 for (const FieldSpec& field : sub.fields) {
                     if (!field.optional()) tags.push_back(field.defaultTag());

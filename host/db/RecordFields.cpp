@@ -273,11 +273,11 @@ void replaceGroups(ObjectRecord& record, std::string_view marker, std::initializ
 // Where a missing subclass run goes: after the runs that precede it in the type's order.
 size_t markerInsertionPoint(const ObjectRecord& record, const std::vector<Tag>& tags, std::string_view marker,
                             size_t xdata) {
-    const TypeSpec* spec = entitySpec(record.type);
+    const TypeSpec* typeSchema = entitySpec(record.type);
     // The markers that come before this one in the type's order.
     std::vector<std::string_view> before{kEntityMarker};
-    if (spec) {
-        for (const SubclassSpec& sub : spec->subclasses) {
+    if (typeSchema) {
+        for (const SubclassSpec& sub : typeSchema->subclasses) {
             if (sub.marker == marker) break;
             before.push_back(sub.marker);
         }

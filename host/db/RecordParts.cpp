@@ -8,13 +8,13 @@ std::span<const FieldSpec> subclassFields(TypeId type, std::string_view marker, 
         auto part = dimensionPartFields(marker);
         if (!part.empty()) return part;
     }
-    const TypeSpec* spec = entitySpec(type);
-    if (!spec) return {};
-    for (const SubclassSpec& sub : spec->subclasses) {
+    const TypeSpec* typeSchema = entitySpec(type);
+    if (!typeSchema) return {};
+    for (const SubclassSpec& sub : typeSchema->subclasses) {
         if (isSameSubclass(sub.marker, marker) && occurrence-- == 0) return sub.fields;
     }
     if ((type == Type::Polyline || type == Type::Vertex) && marker != "AcDbVertex") {
-        return spec->subclasses.back().fields;
+        return typeSchema->subclasses.back().fields;
     }
     return {};
 }
@@ -51,8 +51,8 @@ std::vector<std::string_view> markersFor(TypeId type, const std::vector<Tag>& ta
         if (kind >= 2) markers.push_back(dimensionPartMarker(kind));
         return markers;
     }
-    if (const TypeSpec* spec = entitySpec(type)) {
-        for (const SubclassSpec& sub : spec->subclasses) markers.push_back(sub.marker);
+    if (const TypeSpec* typeSchema = entitySpec(type)) {
+        for (const SubclassSpec& sub : typeSchema->subclasses) markers.push_back(sub.marker);
     }
     return markers;
 }

@@ -89,11 +89,11 @@ void toHeader(std::wstring_view name, const VarValue& value, int code) {
 
 bool paperSpaceCurrent(const Document& document) { return document.cvport() == 1; }
 
-std::optional<VarValue> fromViewport(const VariableSpec& spec) {
+std::optional<VarValue> fromViewport(const VariableSpec& variable) {
     Document* document = currentDocument();
     if (!document) return std::nullopt;
     const ViewState& view = document->view(paperSpaceCurrent(*document));
-    const std::wstring name(spec.name);
+    const std::wstring name(variable.name);
     if (name == L"VIEWCTR") return VarValue::ofPoint(VarType::Point3, view.center);
     if (name == L"VIEWSIZE") return VarValue::ofReal(view.height);
     if (name == L"VIEWDIR") return VarValue::ofPoint(VarType::Point3, KcGePoint3d(view.direction.x, view.direction.y, view.direction.z));
@@ -110,10 +110,10 @@ std::wstring temporaryFolder() {
     return db::utf8ToWide(folder);
 }
 
-std::optional<VarValue> fromDocument(const VariableSpec& spec) {
+std::optional<VarValue> fromDocument(const VariableSpec& variable) {
     Document* document = currentDocument();
     if (!document) return std::nullopt;
-    const std::wstring name(spec.name);
+    const std::wstring name(variable.name);
     if (name == L"CVPORT") return VarValue::ofInteger(VarType::Short, document->cvport());
     if (name == L"DWGNAME") return VarValue::ofText(document->displayName());
     if (name == L"DWGPREFIX") {
@@ -132,16 +132,16 @@ std::optional<VarValue> fromDocument(const VariableSpec& spec) {
     return std::nullopt;
 }
 
-VarValue defaultOf(const VariableSpec& spec) {
-    switch (spec.type) {
+VarValue defaultOf(const VariableSpec& variable) {
+    switch (variable.type) {
         case VarType::Short:
-        case VarType::Long: return VarValue::ofInteger(spec.type, static_cast<int64_t>(spec.number));
-        case VarType::Real: return VarValue::ofReal(spec.number);
+        case VarType::Long: return VarValue::ofInteger(variable.type, static_cast<int64_t>(variable.number));
+        case VarType::Real: return VarValue::ofReal(variable.number);
         case VarType::String:
-            if (spec.name == L"TEMPPREFIX") return VarValue::ofText(temporaryFolder());
-            return VarValue::ofText(std::wstring(spec.text));
+            if (variable.name == L"TEMPPREFIX") return VarValue::ofText(temporaryFolder());
+            return VarValue::ofText(std::wstring(variable.text));
         case VarType::Point2:
-        case VarType::Point3: return VarValue::ofPoint(spec.type, {spec.number, spec.y, spec.z});
+        case VarType::Point3: return VarValue::ofPoint(variable.type, {variable.number, variable.y, variable.z});
     }
     return {};
 }
@@ -174,30 +174,30 @@ std::optional<VarValue> convert(const resbuf& in, VarType type) {
     }
 }
 
-bool inRange(const VariableSpec& spec, const VarValue& value) {
-    if (spec.minimum > spec.maximum) return true;
+bool inRange(const VariableSpec& variable, const VarValue& value) {
+    if (variable.minimum > variable.maximum) return true;
     if (value.type == VarType::Short || value.type == VarType::Long) {
-        return value.integer >= spec.minimum && value.integer <= spec.maximum;
+        return value.integer >= variable.minimum && value.integer <= variable.maximum;
     }
-    if (value.type == VarType::Real) return std::isfinite(value.real) && value.real >= spec.minimum && value.real <= spec.maximum;
+    if (value.type == VarType::Real) return std::isfinite(value.real) && value.real >= variable.minimum && value.real <= variable.maximum;
     return true;
 }
 
 // Values that must name something that exists; the stored name takes the record's spelling.
-bool validateName(const VariableSpec& spec, VarValue& value) {
+bool validateName(const VariableSpec& variable, VarValue& value) {
     Document* document = currentDocument();
     if (!document) return true;
     const db::Drawing& drawing = document->drawing();
     const std::string stored = db::toStoredText(value.text);
-    if (spec.name == L"CLAYER") {
+    if (variable.name == L"CLAYER") {
         const db::ObjectRecord* layer = drawing.tableRecord("LAYER", stored);
         if (!layer || (db::fieldInteger(*layer, {}, 70, 0) & 1)) return false;
         value.text = db::toApiText(db::recordName(*layer));
-    } else if (spec.name == L"TEXTSTYLE") {
+    } else if (variable.name == L"TEXTSTYLE") {
         const db::ObjectRecord* style = drawing.tableRecord("STYLE", stored);
         if (!style) return false;
         value.text = db::toApiText(db::recordName(*style));
-    } else if (spec.name == L"CELTYPE") {
+    } else if (variable.name == L"CELTYPE") {
         if (db::namesEqual(stored, "ByLayer") || db::namesEqual(stored, "ByBlock")) return true;
         const db::ObjectRecord* linetype = drawing.tableRecord("LTYPE", stored);
         if (!linetype) return false;
@@ -246,48 +246,48 @@ bool SystemVariables::exists(std::wstring_view name) const {
 }
 
 bool SystemVariables::isReadOnly(std::wstring_view name) const {
-    const VariableSpec* spec = findVariable(name);
-    return spec && spec->readOnly;
+    const VariableSpec* variable = findVariable(name);
+    return variable && variable->readOnly;
 }
 
 std::optional<VarValue> SystemVariables::value(std::wstring_view name) const {
-    const VariableSpec* spec = findVariable(name);
-    if (!spec) return fromHeader(name, std::nullopt);
+    const VariableSpec* variable = findVariable(name);
+    if (!variable) return fromHeader(name, std::nullopt);
     std::optional<VarValue> found;
-    switch (spec->store) {
-        case VarStore::Header: found = fromHeader(name, spec->type); break;
-        case VarStore::Viewport: found = fromViewport(*spec); break;
-        case VarStore::Document: found = fromDocument(*spec); break;
+    switch (variable->store) {
+        case VarStore::Header: found = fromHeader(name, variable->type); break;
+        case VarStore::Viewport: found = fromViewport(*variable); break;
+        case VarStore::Document: found = fromDocument(*variable); break;
         case VarStore::Session: break;
         case VarStore::Profile:
-            if (profile_.read) found = profile_.read(spec->name, spec->type);
+            if (profile_.read) found = profile_.read(variable->name, variable->type);
             break;
     }
     if (!found) {
         auto it = sessionValues().find(upper(name));
         if (it != sessionValues().end()) found = it->second;
     }
-    return found ? found : defaultOf(*spec);
+    return found ? found : defaultOf(*variable);
 }
 
 int SystemVariables::setValue(std::wstring_view name, const VarValue& given, bool asHost) {
-    const VariableSpec* spec = findVariable(name);
+    const VariableSpec* variable = findVariable(name);
     VarValue value = given;
-    if (!spec) {
+    if (!variable) {
         // A header variable the drawing holds, under its own type.
         const auto current = fromHeader(name, std::nullopt);
         if (!current || current->type != value.type) return RTERROR;
         toHeader(name, value, 0);
         return RTNORM;
     }
-    if (spec->readOnly && !asHost) return RTERROR;
-    if (value.type != spec->type || !inRange(*spec, value) || !validateName(*spec, value)) return RTERROR;
+    if (variable->readOnly && !asHost) return RTERROR;
+    if (value.type != variable->type || !inRange(*variable, value) || !validateName(*variable, value)) return RTERROR;
     Document* document = currentDocument();
-    if (spec->name == L"TILEMODE" && document) {
+    if (variable->name == L"TILEMODE" && document) {
         // Model space (CVPORT 2) or the current layout's paper space (CVPORT 1).
         document->setCvport(value.integer == 1 ? 2 : 1);
     }
-    if (spec->name == L"CVPORT") {
+    if (variable->name == L"CVPORT") {
         if (!document) return RTERROR;
         const bool tiled = integer(L"TILEMODE", 1) == 1;
         const int requested = static_cast<int>(value.integer);
@@ -296,22 +296,22 @@ int SystemVariables::setValue(std::wstring_view name, const VarValue& given, boo
         document->setCvport(requested);
         return RTNORM;
     }
-    switch (spec->store) {
+    switch (variable->store) {
         case VarStore::Header:
             if (document) {
-                toHeader(spec->name, value, spec->headerCode);
+                toHeader(variable->name, value, variable->headerCode);
                 return RTNORM;
             }
             break;
         case VarStore::Document:
-            if (document && spec->name == L"LASTPOINT") {
+            if (document && variable->name == L"LASTPOINT") {
                 document->lastPoint() = value.point;
                 return RTNORM;
             }
             break;
         case VarStore::Profile:
             if (profile_.write) {
-                profile_.write(spec->name, value);
+                profile_.write(variable->name, value);
                 return RTNORM;
             }
             break;

@@ -108,8 +108,8 @@ bool equalsIgnoringCase(std::wstring_view a, std::wstring_view b) {
 }  // namespace
 
 const VariableSpec* findVariable(std::wstring_view name) {
-    for (const VariableSpec& spec : kVariables) {
-        if (equalsIgnoringCase(spec.name, name)) return &spec;
+    for (const VariableSpec& variable : kVariables) {
+        if (equalsIgnoringCase(variable.name, name)) return &variable;
     }
     return nullptr;
 }

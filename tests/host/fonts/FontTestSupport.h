@@ -40,13 +40,13 @@ struct TextSpec {
 
 // A TEXT with handle `handle` in the style `style`, inserted at (0, 0) and
 // aligned at (10, 5) when justified.
-inline std::string textEntity(std::string_view handle, std::string_view style, const TextSpec& spec) {
+inline std::string textEntity(std::string_view handle, std::string_view style, const TextSpec& sample) {
     std::string entity = modernHead("TEXT", handle, "AcDbText");
-    entity += dxfTags({{10, "0.0"}, {20, "0.0"}, {30, "0.0"}, {40, std::to_string(spec.height)}, {1, spec.text},
-                       {50, std::to_string(spec.rotationDegrees)}, {41, std::to_string(spec.widthFactor)},
-                       {51, std::to_string(spec.obliqueDegrees)}, {7, style}, {72, std::to_string(spec.horizontal)},
+    entity += dxfTags({{10, "0.0"}, {20, "0.0"}, {30, "0.0"}, {40, std::to_string(sample.height)}, {1, sample.text},
+                       {50, std::to_string(sample.rotationDegrees)}, {41, std::to_string(sample.widthFactor)},
+                       {51, std::to_string(sample.obliqueDegrees)}, {7, style}, {72, std::to_string(sample.horizontal)},
                        {11, "10.0"}, {21, "5.0"}, {31, "0.0"}, {100, "AcDbText"},
-                       {73, std::to_string(spec.vertical)}});
+                       {73, std::to_string(sample.vertical)}});
     return entity;
 }
 

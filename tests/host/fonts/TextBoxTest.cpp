@@ -168,11 +168,11 @@ class TextJustificationWithFonts : public ::testing::TestWithParam<JustifyCase> 
 // alignment point less the box's centre, right end, middle, bottom or top.
 TEST_P(TextJustificationWithFonts, InsertionPointFollowsTheFontsBox) {
     const JustifyCase& c = GetParam();
-    TextSpec spec{"Hxgjy", 2.0};
-    spec.horizontal = c.horizontal;
-    spec.vertical = c.vertical;
-    spec.rotationDegrees = c.rotationDegrees;
-    DxfParts parts{textEntity("100", "CASE", spec)};
+    TextSpec sample{"Hxgjy", 2.0};
+    sample.horizontal = c.horizontal;
+    sample.vertical = c.vertical;
+    sample.rotationDegrees = c.rotationDegrees;
+    DxfParts parts{textEntity("100", "CASE", sample)};
     parts.styles = styleRecord("90", "CASE", "arial.ttf");
     auto database = loadDatabase(modernDxf(parts));
     ASSERT_TRUE(database);
@@ -180,13 +180,13 @@ TEST_P(TextJustificationWithFonts, InsertionPointFollowsTheFontsBox) {
     ASSERT_TRUE(text);
     ASSERT_EQ(text->adjustAlignment(), Kcad::eOk);
 
-    const db::TextBox box = FontExpectation(QStringLiteral("Liberation Sans")).box("Hxgjy", spec.height);
+    const db::TextBox box = FontExpectation(QStringLiteral("Liberation Sans")).box("Hxgjy", sample.height);
     const double centre = (box.left + box.right) / 2.0;
     const double dx = c.horizontal == 0 ? 0.0 : c.horizontal == 2 ? box.right : centre;
     double dy = 0.0;
-    if (c.horizontal == 4 || c.vertical == 2) dy = spec.height / 2.0;
+    if (c.horizontal == 4 || c.vertical == 2) dy = sample.height / 2.0;
     else if (c.vertical == 1) dy = box.bottom;
-    else if (c.vertical == 3) dy = spec.height;
+    else if (c.vertical == 3) dy = sample.height;
     const double a = c.rotationDegrees * kPi / 180.0;
     const KcGePoint3d position = text->position();
     EXPECT_NEAR(position.x, 10.0 - (dx * std::cos(a) - dy * std::sin(a)), kTolerance);
