@@ -49,7 +49,11 @@ std::optional<ScaleComment> decodeScaleComment(std::span<const uint8_t> data) {
     comment.cornerX = readDouble(source);
     comment.cornerY = readDouble(source);
     if (source.overrun()) return std::nullopt;
-    if (!std::isfinite(comment.unitsPerDrawingUnit) || !(comment.unitsPerDrawingUnit > 0.0)) return std::nullopt;
+    // The scale must survive being inverted: a vanishing value would place the picture at infinity.
+    if (!std::isfinite(comment.unitsPerDrawingUnit) || !(comment.unitsPerDrawingUnit > 0.0) ||
+        !std::isfinite(1.0 / (2.0 * comment.unitsPerDrawingUnit))) {
+        return std::nullopt;
+    }
     if (!std::isfinite(comment.cornerX) || !std::isfinite(comment.cornerY)) return std::nullopt;
     return comment;
 }

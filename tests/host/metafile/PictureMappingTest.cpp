@@ -88,8 +88,10 @@ TEST(ScaleComment, TravelsExactlyAndRefusesOtherData) {
     const auto nan = encodeScaleComment({std::numeric_limits<double>::quiet_NaN(), 0, 0});
     const auto negative = encodeScaleComment({-2.0, 0, 0});
     const auto infiniteCorner = encodeScaleComment({2.0, std::numeric_limits<double>::infinity(), 0});
+    // So small that the drawing scale, its inverse, would be infinite.
+    const auto vanishing = encodeScaleComment({std::numeric_limits<double>::denorm_min(), 0, 0});
     const std::vector<uint8_t> shortened(data.begin(), data.end() - 1);
-    for (const auto& bad : {changed(0, 'k'), changed(16, 2), nan, negative, infiniteCorner, shortened}) {
+    for (const auto& bad : {changed(0, 'k'), changed(16, 2), nan, negative, infiniteCorner, vanishing, shortened}) {
         EXPECT_FALSE(decodeScaleComment(bad));
     }
 }
