@@ -21,6 +21,7 @@
 #include "editor/Document.h"
 #include "editor/InputQueue.h"
 #include "editor/TextInput.h"
+#include "fonts/LeakSuppressions.h"
 #include "render/RenderDrawing.h"
 #include "runtime/HostStart.h"
 #include "runtime/profile/ProfileStore.h"

@@ -10,10 +10,11 @@ namespace korva::db {
 namespace {
 
 // Serial numbers index this list; a destroyed drawing leaves a null slot so that
-// stale entity names resolve to nothing instead of to another drawing.
+// stale entity names resolve to nothing instead of to another drawing. It is
+// never destroyed: drawings held by other statics go after it at exit.
 std::vector<Drawing*>& liveDrawings() {
-    static std::vector<Drawing*> drawings{nullptr};  // serial 0 is never used
-    return drawings;
+    static auto* const drawings = new std::vector<Drawing*>{nullptr};  // serial 0 is never used
+    return *drawings;
 }
 
 }  // namespace

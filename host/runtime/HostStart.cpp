@@ -39,7 +39,8 @@ void startOnce() {
     static const bool started = [] {
         // Never destroyed: fonts and dialogs need Qt until exit, and a Qt
         // application must not be torn down among the static destructors.
-        new fonts::GuiApplication;
+        static const fonts::GuiApplication* const application = new fonts::GuiApplication;
+        (void)application;
         // A measurer installed before the host starts (a test's) stays.
         if (!db::installedTextMeasurer()) fonts::installFontMetrics();
         editor::initializeEditor();

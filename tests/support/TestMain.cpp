@@ -7,6 +7,7 @@
 
 #include "fonts/FontMetrics.h"
 #include "fonts/GuiApplication.h"
+#include "fonts/LeakSuppressions.h"
 
 int main(int argc, char** argv) {
     ::setenv("QT_QPA_PLATFORM", "offscreen", 0);  // keeps a value that is set

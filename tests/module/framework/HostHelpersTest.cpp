@@ -90,7 +90,10 @@ TEST_F(HostHelpers, AHolderReportsTheHostsRefusal) {
 }
 
 TEST_F(HostHelpers, StringAndIntegerSettersReadTheRecordFirst) {
-    ASSERT_EQ(kcdbEntMake(kcutBuildList(RTDXF0, L"LAYER", 2, L"Walls", 70, 0, 62, 1, 6, L"Continuous", 0)), RTNORM);
+    resbuf* layer = kcutBuildList(RTDXF0, L"LAYER", 2, L"Walls", 70, 0, 62, 1, 6, L"Continuous", 0);
+    const int made = kcdbEntMake(layer);
+    kcutRelRb(layer);
+    ASSERT_EQ(made, RTNORM);
     EXPECT_EQ(set_acad_str_var(L"CLAYER", L"Walls"), 1);
     wchar_t buffer[16] = {};
     EXPECT_EQ(get_acad_str_var(L"CLAYER", buffer, 16), 1);
