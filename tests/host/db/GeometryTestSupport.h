@@ -13,6 +13,7 @@
 #include <string_view>
 
 #include "TestDrawing.h"
+#include "UnitTextMeasurer.h"
 #include "DrawingCompare.h"
 #include "db/Drawing.h"
 #include "db/ObjectAccess.h"
@@ -73,27 +74,6 @@ inline ::testing::AssertionResult boxNear(const geom::Box3d& box, const KcGePoin
     return ::testing::AssertionFailure() << "box " << describe(box.min()) << " - " << describe(box.max())
                                          << " is not " << describe(min) << " - " << describe(max);
 }
-
-// A text measurer with round numbers: every byte 1 unit wide per unit of height and
-// width factor, from the baseline to the height (no descent).
-inline db::TextBox unitMeasurer(std::string_view text, const db::TextStyleMetrics& style) {
-    db::TextBox box;
-    box.right = static_cast<double>(text.size()) * style.height * style.widthFactor;
-    box.top = text.empty() ? 0.0 : style.height;
-    return box;
-}
-
-// Installs the unit measurer for the life of the object, then puts the host's back.
-class UnitTextMeasurer {
-public:
-    UnitTextMeasurer() : previous_(db::installTextMeasurer(&unitMeasurer)) {}
-    ~UnitTextMeasurer() { db::installTextMeasurer(previous_); }
-    UnitTextMeasurer(const UnitTextMeasurer&) = delete;
-    UnitTextMeasurer& operator=(const UnitTextMeasurer&) = delete;
-
-private:
-    db::TextMeasurer previous_;
-};
 
 // Saving the drawing and reading the file again gives the same records and tags.
 inline ::testing::AssertionResult reloadsUnchanged(const db::Drawing& drawing) {

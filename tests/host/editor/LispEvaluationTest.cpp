@@ -2,6 +2,7 @@
 // variables, points, the calls of functions a module defines, and errors.
 #include <gtest/gtest.h>
 
+#include "LispTestSupport.h"
 #include "ScriptRun.h"
 #include "db/ResultBuffers.h"
 #include "editor/lisp/Lisp.h"
@@ -14,17 +15,8 @@ namespace {
 using editor::LispValue;
 using Type = LispValue::Type;
 
-struct Outcome {
-    bool ok = false;
-    LispValue value;
-    std::wstring error;
-};
-
-Outcome evaluate(const std::wstring& source) {
-    Outcome outcome;
-    outcome.ok = editor::evaluateLisp(source, outcome.value, outcome.error);
-    return outcome;
-}
+using Outcome = test::LispOutcome;
+using test::evaluate;
 
 // Expressions give the values CAD LISPs give, printed as the command line prints them.
 TEST(LispEvaluation, BuiltInFunctionsGiveTheirValues) {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "LispTestSupport.h"
 #include "ScriptRun.h"
 #include "TestDrawing.h"
 #include "db/EntityNames.h"
@@ -30,17 +31,8 @@ std::string drawing() {
         " 62\n7\n  6\nContinuous\n");
 }
 
-struct Outcome {
-    bool ok = false;
-    LispValue value;
-    std::wstring error;
-};
-
-Outcome evaluate(const std::wstring& source) {
-    Outcome outcome;
-    outcome.ok = editor::evaluateLisp(source, outcome.value, outcome.error);
-    return outcome;
-}
+using Outcome = test::LispOutcome;
+using test::evaluate;
 
 // The handles of a selection set's members, sorted.
 std::vector<db::Handle> members(const LispValue& set) {

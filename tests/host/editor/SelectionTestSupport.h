@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "TestDrawing.h"
+#include "UnitTextMeasurer.h"
 #include "ScriptRun.h"
 #include "db/DrawingIo.h"
 #include "db/EntityNames.h"
@@ -57,26 +58,6 @@ inline std::string sceneDrawing(const SceneParts& parts) {
 
 // The empty drawing with these entities only.
 inline std::string entitiesDrawing(std::string_view entities) { return sceneDrawing({entities, {}, {}, {}, {}}); }
-
-// A text measurer with round numbers: each character one unit wide per unit of
-// height, from the baseline to the height.
-inline db::TextBox unitMeasurer(std::string_view text, const db::TextStyleMetrics& style) {
-    db::TextBox box;
-    box.right = static_cast<double>(text.size()) * style.height * style.widthFactor;
-    box.top = text.empty() ? 0.0 : style.height;
-    return box;
-}
-
-class UnitTextMeasurer {
-public:
-    UnitTextMeasurer() : previous_(db::installTextMeasurer(&unitMeasurer)) {}
-    ~UnitTextMeasurer() { db::installTextMeasurer(previous_); }
-    UnitTextMeasurer(const UnitTextMeasurer&) = delete;
-    UnitTextMeasurer& operator=(const UnitTextMeasurer&) = delete;
-
-private:
-    db::TextMeasurer previous_;
-};
 
 inline std::string handleOf(const kcad_name name) {
     const db::ObjectRecord* record = db::recordOf(name);
