@@ -19,6 +19,7 @@
 #include "commands/DrawEditCommands.h"
 #include "commands/draw/DrawingImport.h"
 #include "commands/draw/DrawingPlacement.h"
+#include "commands/draw/ScalePrompt.h"
 #include "db/Utf8.h"
 #include "editor/Document.h"
 #include "editor/Prompts.h"
@@ -114,55 +115,6 @@ KcDbObjectId resolveBlock(KcDbDatabase& database, const std::wstring& typed) {
     return imported.block;
 }
 
-// A scale factor or Enter for the default; RTNORM, RTNONE, or the ending status.
-int promptFactor(const std::wstring& prompt, double& factor) {
-    kcedInitGet(RSG_NOZERO, nullptr);
-    return kcedGetReal(prompt.c_str(), &factor);
-}
-
-// "X scale factor, opposite corner, [Corner/XYZ]" and "Y scale factor".
-std::optional<KcGeScale3d> promptScale(const kcad_point insertion) {
-    KcGeScale3d scale(1.0);
-    kcedInitGet(RSG_NOZERO | RSG_OTHER, L"Corner XYZ");
-    int status = kcedGetReal(L"\nEnter X scale factor, specify opposite corner, or [Corner/XYZ] <1>: ", &scale.sx);
-    std::optional<KcGePoint3d> corner;
-    if (status == RTKWORD) {
-        const std::wstring answer = answeredKeyword();
-        if (answer == L"XYZ") {
-            for (double* factor : {&scale.sx, &scale.sy, &scale.sz}) {
-                const wchar_t axis = factor == &scale.sx ? L'X' : (factor == &scale.sy ? L'Y' : L'Z');
-                const std::wstring tail = factor == &scale.sx ? L" <1>: " : L" <use X scale factor>: ";
-                *factor = factor == &scale.sx ? 1.0 : scale.sx;
-                const int given = promptFactor(std::wstring(L"\nSpecify ") + axis + L" scale factor" + tail, *factor);
-                if (given != RTNORM && given != RTNONE) return std::nullopt;
-            }
-            return scale;
-        }
-        kcad_point point;
-        if (answer == L"Corner") {
-            if (kcedGetPoint(insertion, L"\nSpecify opposite corner: ", point) != RTNORM) return std::nullopt;
-            corner = KcGePoint3d(point[0], point[1], point[2]);
-        } else {
-            editor::Document* document = editor::Session::instance().current();
-            corner = editor::parsePoint(answer, document ? document->lastPoint() : KcGePoint3d());
-            if (!corner) {
-                kcutPrintf(L"\nRequires numeric value, corner point, or option keyword.");
-                return std::nullopt;
-            }
-        }
-        scale.sx = corner->x - insertion[0];
-        scale.sy = corner->y - insertion[1];
-        if (scale.sx == 0.0 || scale.sy == 0.0) return std::nullopt;
-        scale.sz = scale.sx;
-        return scale;
-    }
-    if (status != RTNORM && status != RTNONE) return std::nullopt;
-    scale.sy = scale.sz = scale.sx;
-    status = promptFactor(L"\nEnter Y scale factor <use X scale factor>: ", scale.sy);
-    if (status != RTNORM && status != RTNONE) return std::nullopt;
-    return scale;
-}
-
 // The insertion point, with presets of scale and rotation given first. RTNORM or the ending status.
 int promptInsertionPoint(kcad_point point, InsertPresets& presets) {
     while (true) {
@@ -180,7 +132,7 @@ int promptInsertionPoint(kcad_point point, InsertPresets& presets) {
         KcGeScale3d scale = presets.scale.value_or(KcGeScale3d(1.0));
         double factor = 1.0;
         const std::wstring axis = option == L"Scale" ? L"scale factor for XYZ axes" : option + L" scale factor";
-        const int given = promptFactor(L"\nSpecify " + axis + L" <1>: ", factor);
+        const int given = promptScaleFactor(L"\nSpecify " + axis + L" <1>: ", factor);
         if (given != RTNORM && given != RTNONE) return RTCAN;
         if (option == L"Scale") scale = KcGeScale3d(factor);
         else if (option == L"X") scale.sx = factor;
@@ -294,7 +246,7 @@ void insertCommand() {
     if (promptInsertionPoint(point, presets) != RTNORM) return;
     KcGeScale3d scale = presets.scale.value_or(KcGeScale3d(1.0));
     if (!presets.scale) {
-        const auto given = promptScale(point);
+        const auto given = promptPlacementScale(point);
         if (!given) return;
         scale = *given;
     }

@@ -12,6 +12,7 @@
 #include "commands/BuiltInCommand.h"
 #include "commands/CommandInput.h"
 #include "commands/draw/DrawingPlacement.h"
+#include "commands/draw/ScalePrompt.h"
 #include "commands/wmf/WmfCommands.h"
 #include "commands/wmf/WmfFileName.h"
 #include "commands/wmf/WmfPictureBlock.h"
@@ -42,55 +43,6 @@ std::optional<std::vector<uint8_t>> readFile(const std::wstring& path) {
     return bytes;
 }
 
-int promptFactor(const wchar_t* prompt, double& factor) {
-    kcedInitGet(RSG_NOZERO, nullptr);
-    return kcedGetReal(prompt, &factor);
-}
-
-// "Enter X scale factor, specify opposite corner, or [Corner/XYZ]" and the Y
-// (and with XYZ the Z) scale; nothing when the command ends.
-std::optional<KcGeScale3d> promptScale(const kcad_point insertion) {
-    KcGeScale3d scale(1.0);
-    kcedInitGet(RSG_NOZERO | RSG_OTHER, L"Corner XYZ");
-    int status = kcedGetReal(L"\nEnter X scale factor, specify opposite corner, or [Corner/XYZ] <1>: ", &scale.sx);
-    if (status == RTKWORD) {
-        const std::wstring answer = answeredKeyword();
-        if (answer == L"XYZ") {
-            if (const int given = promptFactor(L"\nSpecify X scale factor <1>: ", scale.sx); given != RTNORM && given != RTNONE) {
-                return std::nullopt;
-            }
-            scale.sy = scale.sz = scale.sx;
-            for (double* factor : {&scale.sy, &scale.sz}) {
-                const wchar_t* prompt = factor == &scale.sy ? L"\nSpecify Y scale factor <use X scale factor>: "
-                                                            : L"\nSpecify Z scale factor <use X scale factor>: ";
-                if (const int given = promptFactor(prompt, *factor); given != RTNORM && given != RTNONE) return std::nullopt;
-            }
-            return scale;
-        }
-        std::optional<KcGePoint3d> corner;
-        if (answer == L"Corner") {
-            kcad_point point;
-            if (kcedGetPoint(insertion, L"\nSpecify opposite corner: ", point) != RTNORM) return std::nullopt;
-            corner = KcGePoint3d(point[0], point[1], point[2]);
-        } else {
-            editor::Document* document = currentDocument();
-            corner = editor::parsePoint(answer, document ? document->lastPoint() : KcGePoint3d());
-        }
-        if (!corner || corner->x == insertion[0] || corner->y == insertion[1]) {
-            refuseAnswer(L"Requires numeric value, corner point, or option keyword.");
-            return std::nullopt;
-        }
-        scale.sx = scale.sz = corner->x - insertion[0];
-        scale.sy = corner->y - insertion[1];
-        return scale;
-    }
-    if (status != RTNORM && status != RTNONE) return std::nullopt;
-    scale.sy = scale.sz = scale.sx;
-    status = promptFactor(L"\nEnter Y scale factor <use X scale factor>: ", scale.sy);
-    if (status != RTNORM && status != RTNONE) return std::nullopt;
-    return scale;
-}
-
 void eraseBlock(KcDbObjectId id) {
     KcDbBlockTableRecord* block = nullptr;
     if (kcdbOpenObject(block, id, KcDb::kForWrite) != Kcad::eOk) return;
@@ -115,7 +67,7 @@ void wmfInCommand() {
     }
     kcad_point point;
     if (kcedGetPoint(nullptr, L"\nSpecify insertion point: ", point) != RTNORM) return;
-    const std::optional<KcGeScale3d> scale = promptScale(point);
+    const std::optional<KcGeScale3d> scale = promptPlacementScale(point);
     if (!scale) return;
     double rotation = 0.0;
     if (const int status = kcedGetOrient(point, L"\nSpecify rotation angle <0>: ", &rotation);
