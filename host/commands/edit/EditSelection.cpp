@@ -10,7 +10,9 @@
 
 namespace korva::commands {
 
-int selectObjectsToEdit(std::vector<KcDbObjectId>& ids) {
+namespace {
+
+int selectObjects(std::vector<KcDbObjectId>& ids, bool leaveLockedOut) {
     ids.clear();
     kcad_name set = {0, 0};
     const int status = kcedSSGet(nullptr, nullptr, nullptr, nullptr, set);
@@ -25,7 +27,7 @@ int selectObjectsToEdit(std::vector<KcDbObjectId>& ids) {
         if (kcedSSName(set, i, name) != RTNORM || kcdbGetObjectId(id, name) != Kcad::eOk || id.isErased()) continue;
         const db::ObjectRecord* record = db::ObjectAccess::record(id);
         if (!record || !record->isEntity()) continue;
-        if (db::isOnLockedLayer(*record)) {
+        if (leaveLockedOut && db::isOnLockedLayer(*record)) {
             ++locked;
             continue;
         }
@@ -36,5 +38,11 @@ int selectObjectsToEdit(std::vector<KcDbObjectId>& ids) {
     if (locked > 1) kcutPrintf(L"\n%d were on a locked layer.", locked);
     return ids.empty() ? RTNONE : RTNORM;
 }
+
+}  // namespace
+
+int selectObjectsToEdit(std::vector<KcDbObjectId>& ids) { return selectObjects(ids, true); }
+
+int selectObjectsToRead(std::vector<KcDbObjectId>& ids) { return selectObjects(ids, false); }
 
 }  // namespace korva::commands

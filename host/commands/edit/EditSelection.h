@@ -14,4 +14,8 @@ namespace korva::commands {
 // object, RTNONE when nothing (editable) was selected, RTCAN on cancel.
 int selectObjectsToEdit(std::vector<KcDbObjectId>& ids);
 
+// The same selection for commands that only read the objects: those on locked
+// layers are kept.
+int selectObjectsToRead(std::vector<KcDbObjectId>& ids);
+
 }  // namespace korva::commands

@@ -11,6 +11,7 @@
 #include "commands/BuiltInCommand.h"
 #include "commands/CommandInput.h"
 #include "commands/draw/DrawingPlacement.h"
+#include "commands/edit/EditSelection.h"
 #include "commands/view/ViewFitting.h"
 #include "commands/wmf/WmfCommands.h"
 #include "commands/wmf/WmfFileName.h"
@@ -31,25 +32,6 @@ namespace {
 
 // Flattened curves stay within this many logical units of the true curve.
 constexpr double kFlatteningInLogicalUnits = 0.25;
-
-// The selected entities, in selection order. RTNORM, RTNONE (nothing) or RTCAN.
-int selectObjectsToWrite(std::vector<KcDbObjectId>& ids) {
-    kcad_name set = {0, 0};
-    const int status = kcedSSGet(nullptr, nullptr, nullptr, nullptr, set);
-    if (status == RTCAN) return RTCAN;
-    if (status != RTNORM) return RTNONE;
-    Kcad::Int32 length = 0;
-    kcedSSLength(set, &length);
-    for (Kcad::Int32 i = 0; i < length; ++i) {
-        kcad_name name = {0, 0};
-        KcDbObjectId id;
-        if (kcedSSName(set, i, name) == RTNORM && kcdbGetObjectId(id, name) == Kcad::eOk && !id.isErased()) {
-            ids.push_back(id);
-        }
-    }
-    kcedSSFree(set);
-    return ids.empty() ? RTNONE : RTNORM;
-}
 
 struct DisplayView {
     KcGeMatrix3d worldToDisplay;
@@ -105,7 +87,7 @@ void wmfOutCommand() {
     std::wstring path;
     if (askMetafileName(FileUse::Write, path) != RTNORM) return;
     std::vector<KcDbObjectId> ids;
-    if (const int status = selectObjectsToWrite(ids); status != RTNORM) {
+    if (const int status = selectObjectsToRead(ids); status != RTNORM) {
         if (status == RTNONE) printMessage(L"Nothing selected: no metafile was written.");
         return;
     }
