@@ -34,6 +34,19 @@ TextBox measureText(std::string_view text, const TextStyleMetrics& style) {
     return estimateTextBox(text, style);
 }
 
+TextBox orientedTextBox(const TextBox& box, int64_t generationFlags) {
+    TextBox shown = box;
+    if (generationFlags & 2) {
+        shown.left = -box.right;
+        shown.right = -box.left;
+    }
+    if (generationFlags & 4) {
+        shown.bottom = -box.top;
+        shown.top = -box.bottom;
+    }
+    return shown;
+}
+
 TextBox estimateTextBox(std::string_view text, const TextStyleMetrics& style) {
     const size_t characters = shownCharacterCount(text);
     if (characters == 0) return {};

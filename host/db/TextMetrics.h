@@ -7,6 +7,7 @@
 // good enough for extents and justification, not for layout.
 #pragma once
 
+#include <cstdint>
 #include <string_view>
 
 namespace korva::db {
@@ -39,6 +40,9 @@ TextMeasurer installTextMeasurer(TextMeasurer measurer);
 // The measurer installed now (null: the estimate).
 TextMeasurer installedTextMeasurer();
 TextBox measureText(std::string_view text, const TextStyleMetrics& style);
+// A text's box as it shows with its generation flags (group 71): 2 mirrors it in
+// x about the insertion point (backward), 4 in y (upside down).
+TextBox orientedTextBox(const TextBox& box, int64_t generationFlags);
 // The estimate used until a measurer is installed.
 TextBox estimateTextBox(std::string_view text, const TextStyleMetrics& style);
 

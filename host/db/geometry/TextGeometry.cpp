@@ -26,24 +26,13 @@ std::array<KcGePoint3d, 4> singleLineTextCorners(const ObjectRecord& text) {
     const EntityTags tags(text);
     const KcGePoint3d position = tags.point(10);
     const KcGeVector3d normal = tags.normal();
-    const TextBox box = measureText(shownText(text, tags), textStyleOf(text));
-    double left = box.left, right = box.right, bottom = box.bottom, top = box.top;
-    const int64_t generation = tags.integer(71, 0);
-    if (generation & 2) {  // backward: mirrored in x about the insertion point
-        std::swap(left, right);
-        left = -left;
-        right = -right;
-    }
-    if (generation & 4) {  // upside down: mirrored in y
-        std::swap(bottom, top);
-        bottom = -bottom;
-        top = -top;
-    }
+    const TextBox box = orientedTextBox(measureText(shownText(text, tags), textStyleOf(text)), tags.integer(71, 0));
     const double rotation = geom::degreesToRadians(tags.real(50, 0.0));
     const KcGeVector3d along(std::cos(rotation), std::sin(rotation), 0.0);
     const KcGeVector3d up(-along.y, along.x, 0.0);
     auto corner = [&](double x, double y) { return geom::ocsToWcs(position + along * x + up * y, normal); };
-    return {corner(left, bottom), corner(right, bottom), corner(right, top), corner(left, top)};
+    return {corner(box.left, box.bottom), corner(box.right, box.bottom), corner(box.right, box.top),
+            corner(box.left, box.top)};
 }
 
 MTextFrame mtextFrame(const ObjectRecord& mtext) {

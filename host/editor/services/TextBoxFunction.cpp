@@ -94,21 +94,9 @@ int kcedTextBox(const resbuf* textEntityList, kcad_point lowerLeft, kcad_point u
     metrics.oblique = oblique ? oblique->resval.rreal : defaults.obliqueRadians;
     metrics.fontFile = defaults.fontFile;
     metrics.bigFontFile = defaults.bigFontFile;
-    const db::TextBox box = db::measureText(db::toStoredText(text), metrics);
-
-    double left = box.left, right = box.right, bottom = box.bottom, top = box.top;
-    const int flags = generation ? generation->resval.rint : 0;
-    if (flags & 2) {  // backward: mirrored in x about the insertion point
-        std::swap(left, right);
-        left = -left;
-        right = -right;
-    }
-    if (flags & 4) {  // upside down: mirrored in y
-        std::swap(bottom, top);
-        bottom = -bottom;
-        top = -top;
-    }
-    store(left, bottom, lowerLeft);
-    store(right, top, upperRight);
+    const db::TextBox box = db::orientedTextBox(db::measureText(db::toStoredText(text), metrics),
+                                                 generation ? generation->resval.rint : 0);
+    store(box.left, box.bottom, lowerLeft);
+    store(box.right, box.top, upperRight);
     return RTNORM;
 }
